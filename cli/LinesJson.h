@@ -1,0 +1,28 @@
+#pragma once
+
+#include "extract/Extractor.h"
+#include "model/CustomFieldDef.h"
+#include "model/TabrixError.h"
+#include "model/TextLine.h"
+
+#include <QByteArray>
+
+/// The plain-records seam of tabrix-cli: text lines in, extraction results out, as JSON.
+namespace LinesJson {
+
+struct Input {
+    QList<TextLine> lines;
+    QList<CustomFieldDef> customFields;
+};
+
+/// Reads {"lines": [...], "customFields": [...]} or a bare array of lines. Each line needs "text"
+/// (a string, possibly empty) and "rect" ([x, y, w, h] numbers); "page" defaults to 0.
+Expected<Input> parseInput(const QByteArray &json);
+
+/// {"lines": [...]}: the form parseInput reads, numbers in shortest round-trip form.
+QByteArray writeLines(const QList<TextLine> &lines);
+
+/// {"fields": [...], "items": [...], "rows": [...]}.
+QByteArray writeResult(const Extractor::Result &result);
+
+} // namespace LinesJson

@@ -1,0 +1,90 @@
+// tabrix-cli: the extraction pipeline without a window, for batches and scripts.
+#include "Commands.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+const char *const usage =
+    "usage: tabrix-cli [options] PATH...\n"
+    "       tabrix-cli --lines FILE|-\n"
+    "       tabrix-cli --dump-lines PATH\n"
+    "options:\n"
+    "  --format json|csv|tsv|xlsx   export format (default json)\n"
+    "  --layout document|line-item  rows of csv/tsv (default document)\n"
+    "  --output FILE                write the export to FILE (default standard output)\n"
+    "  --custom-fields FILE         custom field definitions (default: the saved ones)\n"
+    "  --jobs N                     documents read at once (default: number of cores)\n"
+    "  --quiet                      no progress on standard error\n";
+
+int usageError(const QString &message)
+{
+    printError(QStringLiteral("tabrix-cli: ") + message);
+    std::fputs(usage, stderr);
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    const QStringList args = app.arguments().mid(1);
+
+    BatchOptions options;
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        const QString &arg = args[i];
+        auto value = [&](QString &out) {
+            if (i + 1 >= args.size())
+                return false;
+            out = args[++i];
+            return true;
+        };
+        QString v;
+        if (arg == QLatin1String("--help") || arg == QLatin1String("-h")) {
+            std::fputs(usage, stdout);
+            return 0;
+        } else if (arg == QLatin1String("--lines")) {
+            if (!value(v) || i + 1 != args.size())
+                return usageError(QStringLiteral("--lines takes exactly one FILE or -"));
+            return runLines(v);
+        } else if (arg == QLatin1String("--dump-lines")) {
+            if (!value(v) || i + 1 != args.size())
+                return usageError(QStringLiteral("--dump-lines takes exactly one PATH"));
+            return runDumpLines(v);
+        } else if (arg == QLatin1String("--format")) {
+            if (!value(v) || !QStringList{"json", "csv", "tsv", "xlsx"}.contains(v))
+                return usageError(QStringLiteral("--format must be json, csv, tsv or xlsx"));
+            options.format = v;
+        } else if (arg == QLatin1String("--layout")) {
+            if (!value(v) || !QStringList{"document", "line-item"}.contains(v))
+                return usageError(QStringLiteral("--layout must be document or line-item"));
+            options.layout = v;
+        } else if (arg == QLatin1String("--output")) {
+            if (!value(options.output) || options.output.isEmpty())
+                return usageError(QStringLiteral("--output needs a FILE"));
+        } else if (arg == QLatin1String("--custom-fields")) {
+            if (!value(options.customFields) || options.customFields.isEmpty())
+                return usageError(QStringLiteral("--custom-fields needs a FILE"));
+        } else if (arg == QLatin1String("--jobs")) {
+            bool ok = false;
+            options.jobs = value(v) ? v.toInt(&ok) : 0;
+            if (!ok || options.jobs < 1)
+                return usageError(QStringLiteral("--jobs needs a whole number of at least 1"));
+        } else if (arg == QLatin1String("--quiet")) {
+            options.quiet = true;
+        } else if (arg == QLatin1String("--")) {
+            options.paths += args.mid(i + 1);
+            break;
+        } else if (arg.startsWith(QLatin1String("--"))) {
+            return usageError(QStringLiteral("unknown option ") + arg);
+        } else {
+            options.paths.append(arg);
+        }
+    }
+    if (options.paths.isEmpty())
+        return usageError(QStringLiteral("no PATH given"));
+    if (options.format == QLatin1String("xlsx") && options.output.isEmpty())
+        return usageError(QStringLiteral("--format xlsx requires --output FILE"));
+    return runBatch(options);
+}

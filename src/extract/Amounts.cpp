@@ -1,0 +1,53 @@
+#include "Amounts.h"
+
+#include "Patterns.h"
+#include "model/Graphemes.h"
+#include "model/Money.h"
+
+namespace Extractor {
+
+QList<Amount> amountCandidates(const QString &text)
+{
+    QList<Amount> amounts;
+    for (const Regex::Match &m : Patterns::moneyRx().matchAll(text)) {
+        if (const auto value = Money::parse(m.captured(text)))
+            amounts.append(Amount{*value, m.range()});
+    }
+    return amounts;
+}
+
+Scan scanRows(QList<Row> rows)
+{
+    Scan scan;
+    scan.amounts.reserve(rows.size());
+    for (const Row &row : rows)
+        scan.amounts.append(amountCandidates(row.text));
+    scan.rows = std::move(rows);
+    return scan;
+}
+
+std::optional<NearAmount> amountNear(const Scan &scan, qsizetype index)
+{
+    const Row &row = scan.rows[index];
+    const QList<Amount> &own = scan.amounts[index];
+    if (!own.isEmpty())
+        return NearAmount{own.last().value, row.box(own.last().range), false};
+
+    if (const auto m = Patterns::trailingInt().match(row.text)) {
+        const QString matched = m->captured(row.text);
+        const auto value = Money::parse(matched);
+        if (value && graphemeCount(row.text.trimmed()) >= graphemeCount(matched.trimmed()) + 3)
+            return NearAmount{*value, row.box(m->range()), false};
+    }
+
+    if (graphemeCount(row.text.trimmed()) > 27)
+        return std::nullopt;
+    if (index + 1 >= scan.rows.size() || scan.rows[index + 1].page != row.page)
+        return std::nullopt;
+    const QList<Amount> &next = scan.amounts[index + 1];
+    if (next.isEmpty())
+        return std::nullopt;
+    return NearAmount{next.first().value, scan.rows[index + 1].box(next.first().range), true};
+}
+
+} // namespace Extractor

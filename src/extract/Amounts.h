@@ -1,0 +1,40 @@
+#pragma once
+
+#include "model/Field.h"
+#include "model/Row.h"
+
+#include <optional>
+
+namespace Extractor {
+
+/// One money amount found in a row's text.
+struct Amount {
+    double value = 0;
+    TextRange range; ///< UTF-16 range in Row::text
+};
+
+/// The document's rows with each row's amount candidates, computed once and shared by every finder.
+struct Scan {
+    QList<Row> rows;
+    QList<QList<Amount>> amounts; ///< amounts[i] belongs to rows[i], left to right
+};
+
+/// Every `moneyRx` match of the text that Money::parse accepts, left to right.
+QList<Amount> amountCandidates(const QString &text);
+Scan scanRows(QList<Row> rows);
+
+/// An amount found for a label, and whether it came from the row below the label.
+struct NearAmount {
+    double value = 0;
+    PageBox box;
+    bool fromNextRow = false;
+};
+
+/// The amount that belongs to the label in row `index`: the rightmost amount of that row, a bare
+/// trailing number, or the leftmost amount of the next row on the same page when the label row is short.
+std::optional<NearAmount> amountNear(const Scan &scan, qsizetype index);
+
+/// The grand total: the best labelled total, or else the largest amount at low confidence.
+Field findTotal(const Scan &scan);
+
+} // namespace Extractor

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "model/CustomFieldDef.h"
+#include "model/Field.h"
+#include "model/Row.h"
+
+namespace Extractor {
+
+/// The value of one user-defined field: the text after a keyword, or a regular expression's first group
+/// (or whole match). An empty or invalid pattern gives an empty field, never an error.
+Field extractCustom(const CustomFieldDef &def, const QList<Row> &rows);
+
+} // namespace Extractor

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "model/CustomFieldDef.h"
+#include "model/Field.h"
+#include "model/LineItem.h"
+#include "model/Row.h"
+
+namespace Extractor {
+
+struct Result {
+    QList<Field>
+        fields; ///< vendor, number, date, dueDate, currency, subtotal, tax, total, then custom fields
+    QList<LineItem> items;
+    QList<Row> rows;
+};
+
+/// Runs the whole rule-based extraction on a document's lines. Pure and thread-safe; never fails.
+Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom);
+
+} // namespace Extractor

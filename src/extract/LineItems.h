@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Amounts.h"
+#include "model/LineItem.h"
+
+namespace Extractor {
+
+/// The item table: rows below an optional header up to the first summary row, each parsed with
+/// parseItem; wrapped description lines (with a header) are joined onto the item above.
+QList<LineItem> findLineItems(const Scan &scan);
+
+/// One item row: description, quantity, unit price and amount from the row's amounts (left to right).
+/// Nothing when the row has no amount or no plausible description.
+std::optional<LineItem> parseItem(const Row &row, const QList<Amount> &amounts, bool hasHeader);
+
+} // namespace Extractor

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "model/Field.h"
+#include "model/Row.h"
+
+namespace Extractor {
+
+/// The invoice, receipt or order number: the most confident of four row rules.
+Field findNumber(const QList<Row> &rows);
+
+} // namespace Extractor

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "model/Row.h"
+
+#include <QList>
+#include <QString>
+#include <memory>
+#include <optional>
+
+/// An ICU regular expression over QString text. Positions are UTF-16 offsets of the QString, as ICU
+/// works on UTF-16 too. A compiled pattern is immutable and may be matched from several threads at once:
+/// every call creates its own matcher.
+class Regex {
+public:
+    /// One match: group 0 is the whole match; a group that did not take part has loc -1.
+    struct Match {
+        QList<TextRange> groups;
+
+        TextRange range(int group = 0) const { return groups[group]; }
+        bool has(int group) const { return group < groups.size() && groups[group].loc >= 0; }
+        QString captured(const QString &text, int group = 0) const
+        {
+            return has(group) ? text.mid(groups[group].loc, groups[group].len) : QString();
+        }
+    };
+
+    /// Compiles a built-in pattern; a pattern that does not compile is a programming fault and aborts.
+    explicit Regex(const QString &pattern, bool caseInsensitive = true);
+    /// Compiles a user's pattern; nothing when it does not compile.
+    static std::optional<Regex> tryCompile(const QString &pattern, bool caseInsensitive = true);
+
+    Regex(Regex &&) noexcept;
+    Regex &operator=(Regex &&) noexcept;
+    ~Regex();
+
+    /// The first match starting at or after `from`, if any.
+    std::optional<Match> match(const QString &text, qsizetype from = 0) const;
+    /// Every non-overlapping match, left to right.
+    QList<Match> matchAll(const QString &text) const;
+    bool contains(const QString &text) const { return match(text).has_value(); }
+    int groupCount() const;
+
+    struct Compiled; // the ICU pattern, kept out of this header
+
+private:
+    Regex() = default;
+    std::unique_ptr<Compiled> m_pattern;
+};

@@ -1,0 +1,53 @@
+#include "CustomFieldCodec.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+namespace CustomFieldCodec {
+
+namespace {
+
+std::optional<QUuid> parseUuid(const QString &text)
+{
+    static const QRegularExpression shape(
+        QStringLiteral("^[0-9A-Fa-f]{8}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{12}$"));
+    if (!shape.match(text).hasMatch())
+        return std::nullopt;
+    return QUuid::fromString(text);
+}
+
+} // namespace
+
+std::optional<QList<CustomFieldDef>> decode(const QJsonArray &array)
+{
+    QList<CustomFieldDef> defs;
+    defs.reserve(array.size());
+    for (const QJsonValue &value : array) {
+        if (!value.isObject())
+            return std::nullopt;
+        const QJsonObject object = value.toObject();
+        const QJsonValue id = object.value(QLatin1String("id"));
+        const QJsonValue isRegex = object.value(QLatin1String("isRegex"));
+        const QJsonValue name = object.value(QLatin1String("name"));
+        const QJsonValue pattern = object.value(QLatin1String("pattern"));
+        if (!id.isString() || !isRegex.isBool() || !name.isString() || !pattern.isString())
+            return std::nullopt;
+        const auto uuid = parseUuid(id.toString());
+        if (!uuid)
+            return std::nullopt;
+        defs.append(CustomFieldDef{*uuid, name.toString(), pattern.toString(), isRegex.toBool()});
+    }
+    return defs;
+}
+
+std::optional<QList<CustomFieldDef>> decode(const QByteArray &json)
+{
+    QJsonParseError error{};
+    const QJsonDocument doc = QJsonDocument::fromJson(json, &error);
+    if (error.error != QJsonParseError::NoError || !doc.isArray())
+        return std::nullopt;
+    return decode(doc.array());
+}
+
+} // namespace CustomFieldCodec

@@ -1,0 +1,93 @@
+#include "Money.h"
+
+#include <charconv>
+#include <cmath>
+#include <string>
+
+namespace Money {
+
+std::optional<double> parse(const QString &input)
+{
+    const QString text = input.trimmed();
+    if (text.isEmpty())
+        return std::nullopt;
+    const bool negative = text.startsWith(u'-') || (text.startsWith(u'(') && text.endsWith(u')'));
+
+    QString kept;
+    for (QChar c : text) {
+        if (c.isNumber() || c == u',' || c == u'.')
+            kept += c;
+    }
+    if (kept.isEmpty())
+        return std::nullopt;
+
+    const qsizetype lastDot = kept.lastIndexOf(u'.');
+    const qsizetype lastComma = kept.lastIndexOf(u',');
+    QChar decimal;
+    if (lastDot >= 0 && lastComma >= 0) {
+        decimal = lastDot > lastComma ? u'.' : u',';
+    } else if (lastDot >= 0 || lastComma >= 0) {
+        const QChar sep = lastDot >= 0 ? u'.' : u',';
+        const qsizetype pos = std::max(lastDot, lastComma);
+        if (kept.count(sep) == 1 && kept.size() - pos - 1 != 3)
+            decimal = sep;
+    }
+
+    std::string number;
+    number.reserve(size_t(kept.size()));
+    for (QChar c : kept) {
+        if (c == u',' || c == u'.') {
+            if (c == decimal)
+                number += '.';
+        } else if (c >= u'0' && c <= u'9') {
+            number += char(c.unicode());
+        } else {
+            return std::nullopt; // a numeric character that is not an ASCII decimal digit
+        }
+    }
+    if (number.empty() || number == ".")
+        return std::nullopt;
+    double value = 0;
+    const auto [end, ec] = std::from_chars(number.data(), number.data() + number.size(), value);
+    if (ec != std::errc() || end != number.data() + number.size())
+        return std::nullopt;
+    return negative ? -value : value;
+}
+
+QString pretty(double value, const QLocale &locale)
+{
+    const QString text = locale.toString(value, 'f', 2);
+    return text.isEmpty() ? fixed2(value) : text;
+}
+
+QString pretty(double value)
+{
+    static const QLocale locale = userLocale();
+    return pretty(value, locale);
+}
+
+QString fmtQty(double q)
+{
+    const double r = std::round(q);
+    if (std::abs(q - r) < 0.0001)
+        return QString::number(static_cast<long long>(r));
+    QString text = QString::number(q, 'f', 3);
+    while (text.endsWith(u'0'))
+        text.chop(1);
+    return text;
+}
+
+QString fixed2(double value)
+{
+    return QString::number(value, 'f', 2);
+}
+
+QLocale userLocale()
+{
+    const QLocale system = QLocale::system();
+    if (system.language() == QLocale::C)
+        return QLocale(QLocale::English, QLocale::UnitedStates);
+    return system;
+}
+
+} // namespace Money

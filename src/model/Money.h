@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QLocale>
+#include <QString>
+#include <optional>
+
+/// Amount text to numbers and back. Amounts are doubles; the currency is a separate field.
+namespace Money {
+
+/// The amount in `text`, or nothing when it holds no usable number. Accepts grouping with "," or ".",
+/// currency symbols and letters around the digits, a leading "-" or surrounding brackets for negatives.
+/// A lone separator followed by exactly three digits is a thousands separator ("1.234" is 1234).
+std::optional<double> parse(const QString &text);
+
+/// Locale-formatted amount with two decimals and grouping, for display.
+QString pretty(double value, const QLocale &locale);
+QString pretty(double value);
+
+/// Compact quantity text: whole numbers without a point, otherwise up to three decimals.
+/// `q` must be finite and fit a 64-bit integer when rounded.
+QString fmtQty(double q);
+
+/// The machine form of extracted amounts: two decimals, a point, no grouping, whatever the locale.
+QString fixed2(double value);
+
+/// The user's locale: the system's, or English (United States) when the system says C/POSIX.
+QLocale userLocale();
+
+} // namespace Money
