@@ -22,14 +22,22 @@ constexpr QLatin1StringView yearPart(R"((?:[\s.,/\-']*(\d{4}|\d{2})(?!\p{N})(?![
 constexpr QLatin1StringView standAlone(R"((?<![\p{L}\p{N}]))");
 
 // Three numbers joined by one repeated separator, standing alone: not inside an identifier
-// ("INV-03-04-2024"), a longer number or a dotted sequence ("1.2.3.4"), nor after a "+" (phone).
-// A following "T" and digit (an ISO time) is allowed.
+// ("INV-03-04-2024"), a longer number or a longer run with the same separator ("1.2.3.4"), nor after
+// a "+" (phone). A different separator may join two dates ("01.05.14-31.05.14"); the one before the
+// date is checked in code, as a look-behind cannot refer to the captured separator. A following "T"
+// and digit (an ISO time) is allowed.
 const Regex &numericRx()
 {
-    static const Regex rx(QStringLiteral(
-        R"((?<![\p{L}\p{N}_+])(?<![\p{L}\p{N}][/\-])(?<!\p{N}\.)(\d{1,4})([/.\-])(\d{1,2})\2(\d{1,4}))"
-        R"((?!\p{N})(?![/.\-]\p{N})(?!(?!T\d)[\p{L}_]))"));
+    static const Regex rx(
+        QStringLiteral(R"((?<![\p{L}\p{N}_+])(?<!\p{L}[/\-])(\d{1,4})([/.\-])(\d{1,2})\2(\d{1,4}))"
+                       R"((?!\p{N})(?!\2\p{N})(?!(?!T\d)[\p{L}_]))"));
     return rx;
+}
+
+// Whether the date continues a run of numbers joined by its own separator ("1.2" before ".3.2024").
+bool continuesRun(const QString &text, qsizetype start, QChar separator)
+{
+    return start >= 2 && text[start - 1] == separator && text[start - 2].isDigit();
 }
 
 // Day before the month: "5 Mar 2024", "05-Mar-24", "5th of March", "Tue, 5 Mar 2024".
@@ -81,6 +89,8 @@ void addNumeric(const QString &text, Order order, QList<Match> &out)
         const QString first = m.captured(text, 1);
         const QString second = m.captured(text, 3);
         const QString third = m.captured(text, 4);
+        if (continuesRun(text, m.range().loc, text[m.range(2).loc]))
+            continue;
         Match found;
         found.range = m.range();
         if (first.size() == 4) {
@@ -115,14 +125,36 @@ void addNamed(const QString &text, const Regex &rx, int dayGroup, int monthGroup
     }
 }
 
+// Whether some word starts with a month's first three letters: a cheap test before the month-name
+// patterns, which are the costly ones.
+bool hasMonthWord(const QString &text)
+{
+    for (qsizetype i = 0; i + 3 <= text.size(); ++i) {
+        if (!text[i].isLetter() || (i > 0 && text[i - 1].isLetter()))
+            continue;
+        if (monthNumber(text.mid(i, 3)) > 0)
+            return true;
+    }
+    return false;
+}
+
+bool hasDigit(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
+}
+
 } // namespace
 
 QList<Match> find(const QString &text, Order order, const QDate &today)
 {
     QList<Match> all;
+    if (!hasDigit(text))
+        return all;
     addNumeric(text, order, all);
-    addNamed(text, dayMonthRx(), 1, 2, today, all);
-    addNamed(text, monthDayRx(), 2, 1, today, all);
+    if (hasMonthWord(text)) {
+        addNamed(text, dayMonthRx(), 1, 2, today, all);
+        addNamed(text, monthDayRx(), 2, 1, today, all);
+    }
     std::stable_sort(all.begin(), all.end(), [](const Match &a, const Match &b) {
         return a.range.loc != b.range.loc ? a.range.loc < b.range.loc : a.range.len > b.range.len;
     });

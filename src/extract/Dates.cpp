@@ -54,25 +54,32 @@ struct LabelMark {
     int kind = Issue;
 };
 
-// Detected dates of a row that have a date's shape, left to right.
-QList<DateDetector::Match> rowDates(const QString &text, Order order, const QDate &today)
+// Detected dates of each row that have a date's shape, left to right.
+using RowDates = QList<QList<DateDetector::Match>>;
+
+RowDates detectDates(const QList<Row> &rows, Order order, const QDate &today)
 {
-    QList<DateDetector::Match> dates;
-    for (const DateDetector::Match &m : DateDetector::find(text, order, today)) {
-        if (dateShape().contains(text.mid(m.range.loc, m.range.len)))
-            dates.append(m);
+    RowDates all;
+    all.reserve(rows.size());
+    for (const Row &row : rows) {
+        QList<DateDetector::Match> dates;
+        for (const DateDetector::Match &m : DateDetector::find(row.text, order, today)) {
+            if (dateShape().contains(row.text.mid(m.range.loc, m.range.len)))
+                dates.append(m);
+        }
+        all.append(dates);
     }
-    return dates;
+    return all;
 }
 
 // One order per document: the locale's, unless the numeric dates that read one way only mostly read
 // the other way (a receipt printing 23/01/2018 also means 02/01/2018 day first).
-Order documentOrder(const QList<Row> &rows, Order localeOrder, const QDate &today)
+Order documentOrder(const RowDates &dates, Order localeOrder)
 {
     int agree = 0;
     int disagree = 0;
-    for (const Row &row : rows) {
-        for (const DateDetector::Match &m : rowDates(row.text, localeOrder, today)) {
+    for (const auto &row : dates) {
+        for (const DateDetector::Match &m : row) {
             if (m.onlyOrder)
                 ++(*m.onlyOrder == localeOrder ? agree : disagree);
         }
@@ -82,18 +89,19 @@ Order documentOrder(const QList<Row> &rows, Order localeOrder, const QDate &toda
     return localeOrder;
 }
 
-QList<DateHit> collectHits(const QList<Row> &rows, Order order, const QDate &today)
+QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates)
 {
     QList<DateHit> hits;
     QList<int> carried;
-    for (const Row &row : rows) {
+    for (qsizetype r = 0; r < rows.size(); ++r) {
+        const Row &row = rows[r];
         QList<LabelMark> marks;
         for (const Regex::Match &m : dateLabel().matchAll(row.text)) {
             const QString label = m.captured(row.text).toLower();
             const bool due = label.contains(QLatin1String("due")) || label.contains(QLatin1String("by"));
             marks.append(LabelMark{m.range().loc, due ? Due : Issue});
         }
-        const QList<DateDetector::Match> dates = rowDates(row.text, order, today);
+        const QList<DateDetector::Match> &dates = rowDates[r];
         for (qsizetype i = 0; i < dates.size(); ++i) {
             DateHit hit{Issue, dates[i].date, 0.55, row.box(dates[i].range)};
             const LabelMark *nearest = nullptr;
@@ -149,8 +157,12 @@ std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale,
     Field date = emptyField(QStringLiteral("date"), QStringLiteral("Date"));
     Field dueDate = emptyField(QStringLiteral("dueDate"), QStringLiteral("Due date"));
 
-    const Order order = documentOrder(rows, DateDetector::orderFor(locale), today);
-    const QList<DateHit> hits = collectHits(rows, order, today);
+    const Order localeOrder = DateDetector::orderFor(locale);
+    RowDates dates = detectDates(rows, localeOrder, today);
+    const Order order = documentOrder(dates, localeOrder);
+    if (order != localeOrder)
+        dates = detectDates(rows, order, today);
+    const QList<DateHit> hits = collectHits(rows, dates);
     const DateHit *issue = bestOfKind(hits, Issue);
     const DateHit *due = bestOfKind(hits, Due);
     if (issue)

@@ -7,8 +7,10 @@ namespace Extractor {
 namespace {
 
 // The first company form or trade word of a line. Three alternatives: forms that are unambiguous
-// anywhere; short forms that are also words or codes, only as the last token after another word;
-// trade words, unless a number follows them ("Store #12" is a branch number, not a name).
+// anywhere; short forms that are also words or codes, only after another word and where the name ends
+// (end of line, or a comma, bar, bullet, bracket or spaced dash before an address: letterhead lines
+// read "Example AG - Street 1 - City"); trade words, unless a number follows them ("Store #12" is a
+// branch number, not a name).
 const Regex &orgToken()
 {
     static const Regex rx(QStringLiteral(
@@ -16,7 +18,8 @@ const Regex &orgToken()
         R"(incorporated|corp|corporation|plc|gmbh|mbh|sarl|s\.a\.r\.l|s\.a\.s|s\.a|s\.p\.a|s\.r\.l|srl|)"
         R"(s\.l|b\.v|n\.v|a/s|k\.k|sp\.\s*z\s*o\.o|co\.)(?![\p{L}\p{N}]))"
         R"(|&\s*co(?![\p{L}\p{N}]))"
-        R"(|(?<=[\p{L}\p{N}.,)&]\s{1,8})(?:ag|kg|ab|oy|oyj|sa|sas|spa|sl|bv|nv|kk|aps)\.?[^\p{L}\p{N}]*$)"
+        R"(|(?<=[\p{L}\p{N}.,)&]\s{1,8})(?:ag|kg|ab|oy|oyj|sa|sas|spa|sl|bv|nv|kk|aps)\.?)"
+        R"((?:[^\p{L}\p{N}]*$|\s*[,|(\u00B7\u2022]|\s+[-\u2013]\s))"
         R"(|(?<![\p{L}\p{N}])(?:trading|traders?|enterprises?|hardware|restaurants?|bakery|bakeries|)"
         R"(pharmacy|pharmacies|mart|supermarkets?|minimarkets?|hypermarkets?|markets?|stores?|cafe|café|)"
         R"(cafes|cafés|coffee\s*house|hotels?|motel|inn|resort|bistro|brasserie|pizzeria|grill|diner|deli|)"

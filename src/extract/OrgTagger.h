@@ -11,7 +11,9 @@ namespace Extractor {
 ///   Limited, LLC, LLP, Inc., Incorporated, Corp., Corporation, PLC, GmbH, mbH, SARL, S.A., S.A.S.,
 ///   S.p.A., S.r.l., SRL, S.L., B.V., N.V., A/S, ApS, K.K., Sp. z o.o. anywhere in the line, and the
 ///   short forms that are also ordinary words or codes (AG, KG, AB, Oy, Oyj, SA, SAS, SpA, SL, BV, NV,
-///   KK) only as the last token after at least one other word ("Siemens AG", not "AB T2P 1J9");
+///   KK, ApS) only after at least one other word and where the name ends: at the end of the line or
+///   before a comma, bar, bullet, bracket or spaced dash ("Siemens AG", "Example AG - Street 1 - City",
+///   not "Calgary AB T2P 1J9");
 ///   "Co." only with its dot or after "&" ("& Co");
 /// - or a trade word as a whole word, singular or plural: Trading, Traders, Enterprise, Hardware,
 ///   Restaurant, Bakery, Pharmacy, Mart, Supermarket, Store, Shop, Cafe, Hotel, … and their common

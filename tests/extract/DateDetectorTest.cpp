@@ -58,6 +58,7 @@ const Form forms[] = {
     {"5 Mar", "2025-03-05", "2025-03-05", ""},
     {"Oct 10 12:30", "2025-10-10", "2025-10-10", "Oct 10"},
     {"Due: 7 July, 2024.", "2024-07-07", "2024-07-07", "7 July, 2024"},
+    {"01.05.14-x", "2014-05-01", "2014-01-05", "01.05.14"},
     {"Nov 3 2024, 10 am", "2024-11-03", "2024-11-03", "Nov 3 2024"},
     // Dates that do not exist, and text that only looks like dates.
     {"31/02/2024", "", "", ""},
@@ -76,6 +77,8 @@ const Form forms[] = {
     {"10:30", "", "", ""},
     {"1,234.56", "", "", ""},
     {"1.2.3.4", "", "", ""},
+    {"1.03.04.2024", "", "", ""},
+    {"2024-03-04-05", "", "", ""},
     {"v1.2.3", "", "", ""},
     {"Order 123/45/6789", "", "", ""},
     {"12/2024", "", "", ""},
@@ -128,6 +131,16 @@ TEST(DateDetector, SeveralDatesAndForcedOrder)
     EXPECT_EQ(found[1].range, (TextRange{20, 10}));
     EXPECT_EQ(found[2].date, QDate(2024, 4, 2));
     EXPECT_FALSE(found[2].onlyOrder.has_value());
+}
+
+// A range of two dates joined by another separator gives both dates.
+TEST(DateDetector, DateRangeWithOtherSeparator)
+{
+    const auto found = DateDetector::find(QStringLiteral("01.05.14-31.05.14"), Order::DayFirst, today);
+    ASSERT_EQ(found.size(), 2);
+    EXPECT_EQ(found[0].date, QDate(2014, 5, 1));
+    EXPECT_EQ(found[1].date, QDate(2014, 5, 31));
+    EXPECT_EQ(found[1].range, (TextRange{9, 8}));
 }
 
 // Ranges count UTF-16 code units, so text before the date outside the BMP shifts them by two.
