@@ -10,7 +10,8 @@ namespace Exporter {
 
 /// Writes `bytes` to `path`, replacing any file there. The bytes go to a temporary file beside it
 /// that is moved into place, so a failed write leaves the old file intact; where no file can be made
-/// beside it (a read-only folder, a device such as /dev/stdout) the file is written directly.
+/// beside it (a read-only folder) the file is written directly, as are devices and pipes such as
+/// /dev/stdout.
 /// Returns nothing on success, otherwise the error with the system's description.
 std::optional<TabrixError> saveFile(const QString &path, const QByteArray &bytes);
 
