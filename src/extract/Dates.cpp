@@ -95,13 +95,19 @@ QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates)
     QList<int> carried;
     for (qsizetype r = 0; r < rows.size(); ++r) {
         const Row &row = rows[r];
+        const QList<DateDetector::Match> &dates = rowDates[r];
+        // Labels matter only to this row's dates or, carried, to the next row's: skip the search
+        // otherwise (the carried list would be cleared by the next row anyway).
+        if (dates.isEmpty() && (r + 1 == rows.size() || rowDates[r + 1].isEmpty())) {
+            carried.clear();
+            continue;
+        }
         QList<LabelMark> marks;
         for (const Regex::Match &m : dateLabel().matchAll(row.text)) {
             const QString label = m.captured(row.text).toLower();
             const bool due = label.contains(QLatin1String("due")) || label.contains(QLatin1String("by"));
             marks.append(LabelMark{m.range().loc, due ? Due : Issue});
         }
-        const QList<DateDetector::Match> &dates = rowDates[r];
         for (qsizetype i = 0; i < dates.size(); ++i) {
             DateHit hit{Issue, dates[i].date, 0.55, row.box(dates[i].range)};
             const LabelMark *nearest = nullptr;
