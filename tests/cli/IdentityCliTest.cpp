@@ -75,6 +75,19 @@ TEST(IdentityCli, LocaleOrdersAmbiguousDates)
                 true);
 }
 
+// A note that payment is due on receipt makes the issue date the due date.
+TEST(IdentityCli, DueOnReceipt)
+{
+    const QJsonArray lines{line(QStringLiteral("Date: 15 Jan 2024"), 0.1, 0.1),
+                           line(QStringLiteral("Payment due on receipt"), 0.1, 0.2)};
+    const LinesCli::Run run =
+        LinesCli::run(QJsonDocument(QJsonObject{{QStringLiteral("lines"), lines}}).toJson());
+    ASSERT_EQ(run.exitCode, 0) << run.err.constData();
+    const QJsonObject fields = LinesCli::fieldsByKey(run.out);
+    expectField(fields, QStringLiteral("date"), QStringLiteral("2024-01-15"), 0.9, true);
+    expectField(fields, QStringLiteral("dueDate"), QStringLiteral("2024-01-15"), 0.5, false);
+}
+
 // Every kind of custom definition works end to end and comes back after the standard fields, in order.
 TEST(IdentityCli, CustomFields)
 {
