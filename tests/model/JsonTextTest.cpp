@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace {
 
