@@ -1,3 +1,4 @@
+#include "Engines.h"
 #include "Ocr.h"
 #include "PageImage.h"
 #include "Pipeline.h"
@@ -7,9 +8,6 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <cmath>
-#include <libheif/heif.h>
-#include <mutex>
-#include <vector>
 
 namespace Pipeline {
 
@@ -70,67 +68,19 @@ std::optional<Frames> openWithQt(const QString &path)
                   }};
 }
 
-struct HeifContextFree {
-    void operator()(heif_context *c) const { heif_context_free(c); }
-};
-struct HeifHandleRelease {
-    void operator()(heif_image_handle *h) const { heif_image_handle_release(h); }
-};
-struct HeifImageRelease {
-    void operator()(heif_image *i) const { heif_image_release(i); }
-};
-using HeifContext = std::unique_ptr<heif_context, HeifContextFree>;
-using HeifHandle = std::unique_ptr<heif_image_handle, HeifHandleRelease>;
-using HeifImage = std::unique_ptr<heif_image, HeifImageRelease>;
-
 bool isHeif(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray head = file.read(12);
-    return heif_check_filetype(reinterpret_cast<const uint8_t *>(head.constData()), int(head.size())) ==
-           heif_filetype_yes_supported;
-}
-
-QImage decodeHeif(heif_context *context, heif_item_id id)
-{
-    heif_image_handle *rawHandle = nullptr;
-    if (heif_context_get_image_handle(context, id, &rawHandle).code != heif_error_Ok)
-        return {};
-    const HeifHandle handle(rawHandle);
-    heif_image *rawImage = nullptr;
-    // libheif applies the file's rotation and mirroring while decoding.
-    if (heif_decode_image(handle.get(), &rawImage, heif_colorspace_RGB, heif_chroma_interleaved_RGB, nullptr)
-            .code != heif_error_Ok)
-        return {};
-    const HeifImage image(rawImage);
-    int stride = 0;
-    const uint8_t *data = heif_image_get_plane_readonly(image.get(), heif_channel_interleaved, &stride);
-    const int w = heif_image_get_width(image.get(), heif_channel_interleaved);
-    const int h = heif_image_get_height(image.get(), heif_channel_interleaved);
-    if (!data || w < 1 || h < 1)
-        return {};
-    const QImage view(data, w, h, stride, QImage::Format_RGB888);
-    const QSize size = limited(view.size());
-    // Copy or scale out of libheif's buffer before it is released.
-    return size == view.size() ? view.copy()
-                               : view.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return file.open(QIODevice::ReadOnly) && Engines::looksLikeHeif(file.read(12));
 }
 
 std::optional<Frames> openHeif(const QString &path)
 {
-    static std::once_flag once;
-    std::call_once(once, [] { heif_init(nullptr); });
-    auto context = std::shared_ptr<heif_context>(heif_context_alloc(), HeifContextFree());
-    if (!context ||
-        heif_context_read_from_file(context.get(), QFile::encodeName(path).constData(), nullptr).code !=
-            heif_error_Ok)
+    const Engines::OpenHeif open = Engines::module().openHeif;
+    std::shared_ptr<Engines::ImageSource> source(open ? open(QFile::encodeName(path).constData()) : nullptr);
+    if (!source)
         return std::nullopt;
-    const int count = heif_context_get_number_of_top_level_images(context.get());
-    std::vector<heif_item_id> ids(size_t(std::max(count, 0)));
-    heif_context_get_list_of_top_level_image_IDs(context.get(), ids.data(), count);
-    return Frames{count, [context, ids](int i) { return decodeHeif(context.get(), ids[size_t(i)]); }};
+    return Frames{source->frameCount(), [source](int i) { return source->frame(i, maxSide); }};
 }
 
 } // namespace

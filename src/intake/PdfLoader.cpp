@@ -4,7 +4,11 @@
 
 #include "model/Graphemes.h"
 
+#include <QThread>
+#include <QThreadPool>
+#include <atomic>
 #include <cmath>
+#include <future>
 #include <mutex>
 #include <poppler/qt6/poppler-qt6.h>
 
@@ -110,12 +114,12 @@ QImage render(const Poppler::Page &page, double w, double h, QSize pixels)
     return image;
 }
 
-} // namespace
+using Document = std::unique_ptr<Poppler::Document>;
 
-Expected<QList<PagePtr>> loadPDF(const QString &path, const LoadOptions &options, const Report &report)
+/// The document opened for reading, or why it cannot be read.
+Expected<Document> open(const QString &path)
 {
-    silencePoppler();
-    const std::unique_ptr<Poppler::Document> doc = Poppler::Document::load(path);
+    Document doc = Poppler::Document::load(path);
     if (!doc)
         return error("Can't open PDF");
     // A locked document must be unlocked before anything else is asked of it (poppler crashes otherwise).
@@ -124,51 +128,109 @@ Expected<QList<PagePtr>> loadPDF(const QString &path, const LoadOptions &options
         doc->unlock(QByteArray(), QByteArray());
     if (doc->isLocked())
         return error("PDF is password protected");
+    doc->setRenderHint(Poppler::Document::Antialiasing);
+    doc->setRenderHint(Poppler::Document::TextAntialiasing);
+    return doc;
+}
+
+/// Page i of n; a null page when it is missing or has no area (it is then skipped).
+Expected<PagePtr> loadPage(Poppler::Document &doc, int i, int n, const LoadOptions &options,
+                           const Report &report)
+{
+    const std::unique_ptr<Poppler::Page> page = doc.page(i);
+    if (!page)
+        return PagePtr();
+    if (report)
+        report(DocStatus::Reading, 0.02 + 0.9 * i / n);
+    // pageSizeF() is the crop box already turned by the page's rotation: the upright display size.
+    const QSizeF size = page->pageSizeF();
+    const double w = size.width(), h = size.height();
+    if (!(w > 0) || !(h > 0))
+        return PagePtr();
+    const double scale = std::min(renderSide / std::max(w, h), maxScale);
+    const QSize pixels(int(std::lround(w * scale)), int(std::lround(h * scale)));
+
+    // Text-layer boxes of a turned page are not in display coordinates; such pages are recognised.
+    const bool upright = page->orientation() == Poppler::Page::Portrait;
+    auto data = std::make_shared<PageData>();
+    data->lines = upright ? digitalLines(*page, i) : QList<TextLine>{};
+    const bool recognise = characterCount(data->lines) < minDigitalChars;
+    QImage image;
+    if (options.renderImages || recognise)
+        image = render(*page, w, h, pixels);
+    if (recognise) {
+        if (report)
+            report(DocStatus::Recognizing, 0.02 + 0.9 * i / n + 0.2 * 0.9 / n);
+        if (!image.isNull()) {
+            const PageImage::Grey grey = PageImage::toGrey(image);
+            Ocr::Engine &engine = options.ocr ? *options.ocr : Ocr::threadEngine();
+            auto lines = engine.recognize(grey.image, i);
+            if (auto *failed = std::get_if<TabrixError>(&lines))
+                return *failed;
+            data->lines = std::get<QList<TextLine>>(std::move(lines));
+            image = PageImage::compact(image, grey);
+        }
+    }
+    if (options.renderImages)
+        data->image = std::move(image);
+    return data;
+}
+
+} // namespace
+
+Expected<QList<PagePtr>> loadPDF(const QString &path, const LoadOptions &options, const Report &report)
+{
+    silencePoppler();
+    auto opened = open(path);
+    if (auto *failed = std::get_if<TabrixError>(&opened))
+        return *failed;
+    const Document doc = std::get<Document>(std::move(opened));
     const int count = doc->numPages();
     if (count < 1)
         return error("PDF has no pages");
     const int n = std::min(count, maxPages);
-    doc->setRenderHint(Poppler::Document::Antialiasing);
-    doc->setRenderHint(Poppler::Document::TextAntialiasing);
 
-    QList<PagePtr> pages;
-    for (int i = 0; i < n; ++i) {
-        const std::unique_ptr<Poppler::Page> page = doc->page(i);
-        if (!page)
-            continue;
-        if (report)
-            report(DocStatus::Reading, 0.02 + 0.9 * i / n);
-        // pageSizeF() is the crop box already turned by the page's rotation: the upright display size.
-        const QSizeF size = page->pageSizeF();
-        const double w = size.width(), h = size.height();
-        if (!(w > 0) || !(h > 0))
-            continue;
-        const double scale = std::min(renderSide / std::max(w, h), maxScale);
-        const QSize pixels(int(std::lround(w * scale)), int(std::lround(h * scale)));
-
-        // Text-layer boxes of a turned page are not in display coordinates; such pages are recognised.
-        const bool upright = page->orientation() == Poppler::Page::Portrait;
-        auto data = std::make_shared<PageData>();
-        data->lines = upright ? digitalLines(*page, i) : QList<TextLine>{};
-        QImage image;
-        if (options.renderImages || characterCount(data->lines) < minDigitalChars)
-            image = render(*page, w, h, pixels);
-        if (characterCount(data->lines) < minDigitalChars) {
-            if (report)
-                report(DocStatus::Recognizing, 0.02 + 0.9 * i / n + 0.2 * 0.9 / n);
-            if (!image.isNull()) {
-                const PageImage::Grey grey = PageImage::toGrey(image);
-                Ocr::Engine &engine = options.ocr ? *options.ocr : Ocr::threadEngine();
-                auto lines = engine.recognize(grey.image, i);
-                if (auto *failed = std::get_if<TabrixError>(&lines))
-                    return *failed;
-                data->lines = std::get<QList<TextLine>>(std::move(lines));
-                image = PageImage::compact(image, grey);
-            }
+    // Pages are claimed in order from a shared counter by this thread and by helpers from the thread pool.
+    // Each helper reads through a Document of its own (poppler documents are not to be shared between
+    // threads) and recognises with its own thread's engine; a recogniser passed in serves one thread only.
+    // A helper starts only if the pool has a thread free at once, so when documents are already being read
+    // in parallel nothing waits for a thread.
+    std::vector<Expected<PagePtr>> results(size_t(n), Expected<PagePtr>{PagePtr{}});
+    std::atomic<int> next{0};
+    std::atomic<bool> failed{false};
+    auto work = [&](Poppler::Document &d) {
+        for (int i = next++; i < n && !failed; i = next++) {
+            results[size_t(i)] = loadPage(d, i, n, options, report);
+            if (std::holds_alternative<TabrixError>(results[size_t(i)]))
+                failed = true;
         }
-        if (options.renderImages)
-            data->image = std::move(image);
-        pages.append(std::move(data));
+    };
+    const int threads = options.threads > 0 ? options.threads : QThread::idealThreadCount();
+    const int workers = options.ocr ? 1 : std::clamp(threads, 1, n);
+    std::vector<std::future<void>> helpers;
+    for (int k = 1; k < workers; ++k) {
+        auto task = std::make_shared<std::packaged_task<void()>>([&] {
+            auto own = open(path);
+            if (auto *d = std::get_if<Document>(&own))
+                work(**d);
+        });
+        std::future<void> done = task->get_future();
+        if (!QThreadPool::globalInstance()->tryStart([task] { (*task)(); }))
+            break;
+        helpers.push_back(std::move(done));
+    }
+    work(*doc);
+    for (std::future<void> &helper : helpers)
+        helper.wait();
+
+    // Pages below a failed one were all claimed before it and are complete: the first failure is well
+    // defined.
+    QList<PagePtr> pages;
+    for (Expected<PagePtr> &result : results) {
+        if (auto *e = std::get_if<TabrixError>(&result))
+            return *e;
+        if (PagePtr page = std::get<PagePtr>(std::move(result)))
+            pages.append(std::move(page));
     }
     if (pages.isEmpty())
         return error("Couldn't render PDF pages");

@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
 #include <gtest/gtest.h>
+#include <mutex>
 
 using Fixtures::FakeOcr;
 using Fixtures::RawPage;
@@ -22,13 +23,16 @@ class PdfLoader : public ::testing::Test {
 protected:
     QString path(const QString &name) const { return dir.filePath(name); }
 
-    Expected<QList<PagePtr>> load(const QString &file, bool render = true)
+    // With threads > 1 the page helpers recognise with their own engines instead of the fake one.
+    Expected<QList<PagePtr>> load(const QString &file, bool render = true, int threads = 1)
     {
         progress.clear();
         Pipeline::LoadOptions options;
         options.renderImages = render;
-        options.ocr = &ocr;
+        options.ocr = threads == 1 ? &ocr : nullptr;
+        options.threads = threads;
         return Pipeline::loadPDF(file, options, [this](DocStatus::Kind s, double p) {
+            const std::lock_guard<std::mutex> lock(progressMutex);
             progress.append({s, p});
         });
     }
@@ -48,6 +52,7 @@ protected:
     QTemporaryDir dir;
     FakeOcr ocr;
     QList<Progress> progress;
+    std::mutex progressMutex;
 };
 
 bool havePdftotext()
@@ -181,19 +186,26 @@ TEST_F(PdfLoader, TwentyFiveCharacterRule)
     }
 }
 
-// Only the first 40 of 55 pages are read, in order, with progress rising from 0.02 by 0.9/40 per page.
+// Only the first 40 of 55 pages are read, in order, with progress 0.02 + 0.9 × i / 40 for page i, whether
+// one thread reads them or two share them.
 TEST_F(PdfLoader, ReadsAtMostFortyPages)
 {
     Fixtures::writeDigitalPdf(path("long.pdf"), 55);
-    const QList<PagePtr> loaded = pages(load(path("long.pdf"), false));
-    ASSERT_EQ(loaded.size(), 40);
-    EXPECT_EQ(loaded.last()->lines.last().text, QStringLiteral("Page 40 of 55"));
-    EXPECT_EQ(loaded.last()->lines.last().page, 39);
-    EXPECT_TRUE(loaded.last()->image.isNull());
-    ASSERT_EQ(progress.size(), 40);
-    for (qsizetype i = 0; i < progress.size(); ++i) {
-        EXPECT_EQ(progress[i].status, DocStatus::Reading);
-        EXPECT_DOUBLE_EQ(progress[i].value, 0.02 + 0.9 * double(i) / 40);
+    for (int threads : {1, 2}) {
+        const QList<PagePtr> loaded = pages(load(path("long.pdf"), false, threads));
+        ASSERT_EQ(loaded.size(), 40);
+        for (int i = 0; i < 40; ++i) {
+            EXPECT_EQ(loaded[i]->lines.last().text, QStringLiteral("Page %1 of 55").arg(i + 1));
+            EXPECT_EQ(loaded[i]->lines.last().page, i);
+            EXPECT_TRUE(loaded[i]->image.isNull());
+        }
+        ASSERT_EQ(progress.size(), 40);
+        if (threads > 1)
+            std::sort(progress.begin(), progress.end(), [](auto &a, auto &b) { return a.value < b.value; });
+        for (qsizetype i = 0; i < progress.size(); ++i) {
+            EXPECT_EQ(progress[i].status, DocStatus::Reading);
+            EXPECT_DOUBLE_EQ(progress[i].value, 0.02 + 0.9 * double(i) / 40);
+        }
     }
     EXPECT_TRUE(ocr.calls.isEmpty());
 }
