@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 #include <QLibrary>
+#include <QtEndian>
+#include <algorithm>
 
 namespace Engines {
 
@@ -36,11 +38,19 @@ const Module &module()
 
 bool looksLikeHeif(const QByteArray &head)
 {
+    // An ISO-BMFF file starts with its "ftyp" box: size, "ftyp", major brand, minor version, then
+    // compatible brands. Phones write HEIC under several major brands, so compatible ones count too.
     if (head.size() < 12 || head.mid(4, 4) != "ftyp")
         return false;
     static const QByteArrayList brands{"heic", "heix", "hevc", "hevx", "heim", "heis",
                                        "hevm", "hevs", "mif1", "msf1", "avif", "avis"};
-    return brands.contains(head.mid(8, 4));
+    if (brands.contains(head.mid(8, 4)))
+        return true;
+    const qsizetype boxEnd = std::min<qsizetype>(head.size(), qFromBigEndian<quint32>(head.constData()));
+    for (qsizetype at = 16; at + 4 <= boxEnd; at += 4)
+        if (brands.contains(head.mid(at, 4)))
+            return true;
+    return false;
 }
 
 } // namespace Engines

@@ -38,7 +38,7 @@ struct Module {
 /// The module, loaded once per process from the program's folder (or the build folder) on first call.
 const Module &module();
 
-/// True when `head` (the first bytes of a file) starts an ISO-BMFF file of a HEIF brand.
+/// True when `head` (the first 64 or so bytes of a file) starts an ISO-BMFF file of a HEIF brand.
 bool looksLikeHeif(const QByteArray &head);
 
 } // namespace Engines

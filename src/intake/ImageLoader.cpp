@@ -71,7 +71,7 @@ std::optional<Frames> openWithQt(const QString &path)
 bool isHeif(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) && Engines::looksLikeHeif(file.read(12));
+    return file.open(QIODevice::ReadOnly) && Engines::looksLikeHeif(file.read(64));
 }
 
 std::optional<Frames> openHeif(const QString &path)

@@ -1,4 +1,5 @@
 #include "Fixtures.h"
+#include "intake/Engines.h"
 #include "intake/Pipeline.h"
 
 #include <QBuffer>
@@ -189,4 +190,37 @@ TEST_F(ImageLoader, ContentDecidesFormat)
     const QList<PagePtr> loaded = pages(load(path("really-a-png.jpg")));
     ASSERT_EQ(loaded.size(), 1);
     EXPECT_EQ(loaded[0]->image.size(), QSize(300, 200));
+}
+
+// HEIF files are recognised by the brands of their "ftyp" box, major or compatible, and nothing else.
+TEST(HeifSniffing, BrandsMajorOrCompatible)
+{
+    const struct {
+        QByteArray head;
+        bool heif;
+    } cases[] = {
+        {QByteArray("\0\0\0\x18"
+                    "ftypheic\0\0\0\0mif1heic",
+                    24),
+         true},
+        {QByteArray("\0\0\0\x1c"
+                    "ftypMiHE\0\0\0\0MiHEmif1heic",
+                    28),
+         true},
+        {QByteArray("\0\0\0\x18"
+                    "ftypisom\0\0\0\0isommp41",
+                    24),
+         false},
+        {QByteArray("\0\0\0\x14"
+                    "ftypisom\0\0\0\0mp41heic",
+                    24),
+         false}, // "heic" lies past the box
+        {QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16), false},
+        {QByteArray("\0\0\0\x18"
+                    "ftyp",
+                    8),
+         false},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(Engines::looksLikeHeif(c.head), c.heif) << c.head.toHex().constData();
 }
