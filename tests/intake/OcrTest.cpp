@@ -113,3 +113,36 @@ TEST(Ocr, ScannedPdfPageIsRecognised)
     EXPECT_TRUE(texts.contains(QStringLiteral("Invoice Number: INV-20417")))
         << texts.join(u'|').toStdString();
 }
+
+// A narrow column of single digits, which page segmentation merges into one tall line of garbage, is read
+// again as a block and comes back as one line per row, at its row.
+TEST(Ocr, NarrowDigitColumnIsReadLineByLine)
+{
+    QImage receipt(1200, 1600, QImage::Format_Grayscale8);
+    receipt.fill(255);
+    const QStringList items{"NASI LEMAK", "TEH TARIK", "ROTI CANAI", "MEE GORENG",  "AIR SIRAP",
+                            "KUIH",       "TELUR",     "SAYUR",      "AYAM GORENG", "TEH O"};
+    {
+        QPainter painter(&receipt);
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(22);
+        painter.setFont(font);
+        for (int i = 0; i < items.size(); ++i) {
+            const double baseline = 300 + i * 35.2;
+            painter.drawText(QPointF(100, baseline), items[i]);
+            painter.drawText(QPointF(900, baseline), QString::number(1 + i % 3));
+            painter.drawText(QPointF(1000, baseline), QStringLiteral("%1.50").arg(2 + i));
+        }
+    }
+    const auto result = Pipeline::ocr(receipt, 0);
+    ASSERT_EQ(result.index(), 0u);
+    QList<TextLine> column;
+    for (const TextLine &line : std::get<0>(result))
+        if (line.rect.x() > 0.7 && line.rect.x() < 0.8)
+            column.append(line);
+    ASSERT_EQ(column.size(), items.size());
+    for (int i = 0; i < items.size(); ++i) {
+        EXPECT_EQ(column[i].text, QString::number(1 + i % 3));
+        EXPECT_NEAR(column[i].rect.bottom(), (300 + i * 35.2) / 1600, 0.01);
+    }
+}
