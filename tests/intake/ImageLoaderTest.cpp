@@ -1,0 +1,150 @@
+#include "Fixtures.h"
+#include "intake/Pipeline.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QPainter>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+class ImageLoader : public ::testing::Test {
+protected:
+    QString path(const char *name) const { return dir.filePath(QString::fromLatin1(name)); }
+
+    Expected<QList<PagePtr>> load(const QString &file)
+    {
+        progress.clear();
+        return Pipeline::load(file, {true, &ocr, 1}, [this](DocStatus::Kind s, double p) {
+            progress.append({s, p});
+        });
+    }
+    QList<PagePtr> pages(const QString &file)
+    {
+        const auto result = load(file);
+        if (const auto *error = std::get_if<TabrixError>(&result))
+            ADD_FAILURE() << error->message.toStdString();
+        return result.index() == 0 ? std::get<0>(result) : QList<PagePtr>{};
+    }
+
+    QTemporaryDir dir;
+    Fixtures::FakeOcr ocr;
+    QList<std::pair<DocStatus::Kind, double>> progress;
+};
+
+// White with a black top-left quarter, to see where the stored top-left corner ends up.
+QImage marked(int w, int h)
+{
+    QImage image(w, h, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter(&image).fillRect(0, 0, w / 4, h / 4, Qt::black);
+    return image;
+}
+
+bool darkAt(const QImage &image, double fx, double fy)
+{
+    return qGray(image.pixel(int(fx * (image.width() - 1)), int(fy * (image.height() - 1)))) < 128;
+}
+
+} // namespace
+
+// A 45-page TIFF gives its first 30 frames, each from its own page, numbered 0…29, with progress
+// 0.05 + 0.85 × i / 30.
+TEST_F(ImageLoader, MultiPageTiffReadsThirtyFramesInOrder)
+{
+    QList<QImage> frames;
+    for (int i = 0; i < 45; ++i) {
+        frames.append(QImage(40 + i, 30, QImage::Format_Grayscale8));
+        frames.last().fill(i * 5);
+    }
+    Fixtures::writeGreyTiff(path("scan.tiff"), frames);
+    const QList<PagePtr> loaded = pages(path("scan.tiff"));
+    ASSERT_EQ(loaded.size(), 30);
+    ASSERT_EQ(ocr.calls.size(), 30);
+    for (int i = 0; i < 30; ++i) {
+        EXPECT_EQ(ocr.calls[i].page, i);
+        EXPECT_EQ(ocr.calls[i].cornerGrey, i * 5) << "frame " << i;
+        EXPECT_EQ(loaded[i]->image.size(), QSize(40 + i, 30));
+        EXPECT_EQ(progress[i], std::pair(DocStatus::Recognizing, 0.05 + 0.85 * i / 30));
+    }
+}
+
+// The orientation tag turns the photo upright; the 3000 px limit applies to it (grey pages stay 8-bit).
+TEST_F(ImageLoader, OrientationAppliedAndSizeLimited)
+{
+    const struct {
+        int orientation;
+        QSize stored, upright;
+        QPointF mark; // where the stored top-left corner appears
+    } cases[] = {{1, {400, 300}, {400, 300}, {0.05, 0.05}},     {6, {400, 300}, {300, 400}, {0.95, 0.05}},
+                 {8, {400, 300}, {300, 400}, {0.05, 0.95}},     {3, {400, 300}, {400, 300}, {0.95, 0.95}},
+                 {6, {4000, 3000}, {2250, 3000}, {0.95, 0.05}}, {1, {3200, 1000}, {3000, 938}, {0.05, 0.05}}};
+    for (const auto &c : cases) {
+        Fixtures::writeJpegWithOrientation(path("photo.jpg"), marked(c.stored.width(), c.stored.height()),
+                                           c.orientation);
+        const QList<PagePtr> loaded = pages(path("photo.jpg"));
+        ASSERT_EQ(loaded.size(), 1);
+        EXPECT_EQ(loaded[0]->image.size(), c.upright) << c.orientation;
+        EXPECT_EQ(loaded[0]->image.format(), QImage::Format_Grayscale8);
+        EXPECT_TRUE(darkAt(loaded[0]->image, c.mark.x(), c.mark.y())) << c.orientation;
+        EXPECT_FALSE(darkAt(loaded[0]->image, 1 - c.mark.x(), 1 - c.mark.y())) << c.orientation;
+    }
+}
+
+// A HEIC photo decodes through libheif like any other image.
+TEST_F(ImageLoader, ReadsHeic)
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("heif-enc")).isEmpty())
+        GTEST_SKIP() << "heif-enc (libheif-examples) not installed";
+    marked(640, 480).save(path("source.png"));
+    ASSERT_TRUE(Fixtures::run("heif-enc", {"-q", "90", "-o", path("photo.heic"), path("source.png")}));
+    const QList<PagePtr> loaded = pages(path("photo.heic"));
+    ASSERT_EQ(loaded.size(), 1);
+    EXPECT_EQ(loaded[0]->image.size(), QSize(640, 480));
+    EXPECT_TRUE(darkAt(loaded[0]->image, 0.05, 0.05));
+}
+
+// Unreadable, vanished and undecodable files fail with the user's messages; a mislabelled one is read by
+// its content.
+TEST_F(ImageLoader, FailuresAndMislabelledFiles)
+{
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    marked(200, 200).save(&buffer, "PNG");
+    const QList<std::pair<const char *, QByteArray>> files{
+        {"corrupt.png", "not an image"},
+        {"corrupt.tiff", "II*\0garbage"},
+        {"corrupt.heic", QByteArray("\0\0\0\x18"
+                                    "ftypheic\0\0\0\0mif1heic",
+                                    24) +
+                             "broken"},
+        {"corrupt.jpg", "\xff\xd8\xff garbage"},
+        {"truncated.png", png.left(png.size() / 2)},
+        {"deleted.png", png},
+        {"notes.txt", "hello"},
+        {"png.jpg", png}};
+    for (const auto &[name, bytes] : files) {
+        QFile file(path(name));
+        file.open(QIODevice::WriteOnly);
+        file.write(bytes);
+    }
+    QFile::remove(path("deleted.png"));
+    for (const auto &[name, expected] : {std::pair{"corrupt.png", "Can't open image"},
+                                         {"corrupt.tiff", "Can't open image"},
+                                         {"corrupt.heic", "Can't open image"},
+                                         {"deleted.png", "Can't open image"},
+                                         {"corrupt.jpg", "Couldn't decode image"},
+                                         {"truncated.png", "Couldn't decode image"},
+                                         {"notes.txt", "Unsupported file type"},
+                                         {"missing.PDF", "Can't open PDF"}}) {
+        const auto result = load(path(name));
+        EXPECT_EQ(result.index() == 1 ? std::get<1>(result).message : QString(),
+                  QString::fromLatin1(expected))
+            << name;
+    }
+    EXPECT_TRUE(ocr.calls.isEmpty());
+    EXPECT_EQ(pages(path("png.jpg")).value(0)->image.size(), QSize(200, 200));
+}

@@ -1,0 +1,163 @@
+#include "Fixtures.h"
+#include "intake/Pipeline.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <mutex>
+
+using Fixtures::RawPage;
+using Fixtures::showText;
+
+namespace {
+
+class PdfLoader : public ::testing::Test {
+protected:
+    QString path(const char *name) const { return dir.filePath(QString::fromLatin1(name)); }
+
+    // One thread recognises with the fake engine; more threads use their own engines.
+    Expected<QList<PagePtr>> load(const QString &file, bool render = true, int threads = 1)
+    {
+        progress.clear();
+        return Pipeline::loadPDF(file, {render, threads == 1 ? &ocr : nullptr, threads},
+                                 [this](DocStatus::Kind s, double p) {
+                                     const std::lock_guard<std::mutex> lock(mutex);
+                                     progress.append({s, p});
+                                 });
+    }
+    QList<PagePtr> pages(const QString &file, bool render = true, int threads = 1)
+    {
+        const auto result = load(file, render, threads);
+        if (const auto *error = std::get_if<TabrixError>(&result))
+            ADD_FAILURE() << error->message.toStdString();
+        return result.index() == 0 ? std::get<0>(result) : QList<PagePtr>{};
+    }
+    QString message(const QString &file)
+    {
+        const auto result = load(file);
+        return result.index() == 1 ? std::get<1>(result).message : QStringLiteral("(loaded)");
+    }
+    void writePage(const char *name, const QByteArray &content, QRectF media = {0, 0, 612, 792},
+                   int rotate = 0)
+    {
+        RawPage page{media, {}, rotate, content};
+        Fixtures::writeRawPdf(path(name), {page});
+    }
+
+    QTemporaryDir dir;
+    Fixtures::FakeOcr ocr;
+    QList<std::pair<DocStatus::Kind, double>> progress;
+    std::mutex mutex;
+};
+
+} // namespace
+
+// Digital lines are measured in the crop box from its top-left corner, ligatures expanded, and a page with
+// enough text is never recognised. (Checked against pdftotext -bbox-layout -cropbox on real invoices.)
+TEST_F(PdfLoader, DigitalLinesInCropBox)
+{
+    RawPage page;
+    page.cropBox = QRectF(50, 100, 400, 600);
+    page.content = showText(80, 650, 14, "Of\\256ce supplies: invoice INV-20417") + // \256 is the "fi" glyph
+                   showText(80, 400, 14, "Total Due 49.80") + showText(500, 400, 14, "outside the crop box");
+    Fixtures::writeRawPdf(path("crop.pdf"), {page});
+    const QList<PagePtr> loaded = pages(path("crop.pdf"));
+    ASSERT_EQ(loaded.size(), 1);
+    const QList<TextLine> &lines = loaded[0]->lines;
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_EQ(lines[0].text, QStringLiteral("Office supplies: invoice INV-20417"));
+    EXPECT_DOUBLE_EQ(lines[0].rect.x(), 30.0 / 400);
+    EXPECT_NEAR(lines[1].rect.y() - lines[0].rect.y(), 250.0 / 600, 1e-9);
+    EXPECT_NEAR(lines[0].rect.bottom(), (700 - 650) / 600.0,
+                4.0 / 600); // descenders reach below the baseline
+    EXPECT_EQ(loaded[0]->image.size(), QSize(1600, 2400));
+    EXPECT_TRUE(ocr.calls.isEmpty());
+}
+
+// 2400 px on the longer upright side, magnification at most 4, halves rounded up; turned pages are
+// always recognised.
+TEST_F(PdfLoader, RenderSizeFollowsUprightCropBox)
+{
+    const QByteArray text = showText(5, 60, 6, "Invoice INV-1") + showText(5, 40, 6, "Total 49.80 EUR");
+    const struct {
+        QRectF media;
+        int rotate;
+        QSize pixels;
+    } cases[] = {{{0, 0, 200, 300}, 0, {800, 1200}},    {{0, 0, 612, 792}, 0, {1855, 2400}},
+                 {{0, 0, 612, 792}, 90, {2400, 1855}},  {{0, 0, 612, 792}, 270, {2400, 1855}},
+                 {{0, 0, 612, 792}, 180, {1855, 2400}}, {{0, 0, 100.5, 800}, 0, {302, 2400}}};
+    for (const auto &c : cases) {
+        writePage("size.pdf", text, c.media, c.rotate);
+        ocr.calls.clear();
+        const QList<PagePtr> loaded = pages(path("size.pdf"));
+        ASSERT_EQ(loaded.size(), 1);
+        EXPECT_EQ(loaded[0]->image.size(), c.pixels) << c.rotate;
+        EXPECT_EQ(ocr.calls.size(), c.rotate ? 1 : 0) << c.rotate;
+    }
+}
+
+// Under 25 characters the page is recognised, which replaces its lines, and only such pages are
+// rasterised when no display image is wanted.
+TEST_F(PdfLoader, TwentyFiveCharacterRule)
+{
+    for (const QByteArray text : {"Total 12.00", "Invoice total due: 12.00", "Invoice total due: 112.00"}) {
+        const bool recognised = text.size() < 25;
+        writePage("short.pdf", showText(72, 700, 12, text));
+        ocr.calls.clear();
+        const QList<PagePtr> loaded = pages(path("short.pdf"), false);
+        ASSERT_EQ(loaded.size(), 1);
+        EXPECT_EQ(loaded[0]->lines.value(0).text, recognised ? QStringLiteral("recognised") : QString(text));
+        EXPECT_TRUE(loaded[0]->image.isNull());
+        ASSERT_EQ(ocr.calls.size(), recognised ? 1 : 0);
+        if (recognised) {
+            EXPECT_EQ(ocr.calls[0].size, QSize(1855, 2400));
+            EXPECT_EQ(progress.last().first, DocStatus::Recognizing);
+            EXPECT_DOUBLE_EQ(progress.last().second, 0.02 + 0.2 * 0.9);
+        }
+    }
+}
+
+// The first 40 of 55 pages, in order, progress 0.02 + 0.9 × i / 40, on one thread or two.
+TEST_F(PdfLoader, ReadsAtMostFortyPages)
+{
+    Fixtures::writeDigitalPdf(path("long.pdf"), 55);
+    for (int threads : {1, 2}) {
+        const QList<PagePtr> loaded = pages(path("long.pdf"), false, threads);
+        ASSERT_EQ(loaded.size(), 40);
+        for (int i = 0; i < 40; ++i) {
+            EXPECT_EQ(loaded[i]->lines.last().text, QStringLiteral("Page %1 of 55").arg(i + 1));
+            EXPECT_EQ(loaded[i]->lines.last().page, i);
+        }
+        std::sort(progress.begin(), progress.end());
+        ASSERT_EQ(progress.size(), 40);
+        for (int i = 0; i < 40; ++i)
+            EXPECT_EQ(progress[i], std::pair(DocStatus::Reading, 0.02 + 0.9 * i / 40));
+    }
+}
+
+// Failures are values with the user's message; an owner password alone does not stop reading.
+TEST_F(PdfLoader, FailuresAndPasswords)
+{
+    Fixtures::writeDigitalPdf(path("plain.pdf"), 1);
+    QFile::copy(path("plain.pdf"), path("deleted.pdf"));
+    QFile::remove(path("deleted.pdf"));
+    QFile corrupt(path("corrupt.pdf"));
+    corrupt.open(QIODevice::WriteOnly);
+    corrupt.write("%PDF-1.4\nnot really\n");
+    corrupt.close();
+    Fixtures::writeRawPdf(path("empty.pdf"), {});
+    writePage("flat.pdf", {}, QRectF(0, 0, 612, 0));
+    EXPECT_EQ(message(path("corrupt.pdf")), QStringLiteral("Can't open PDF"));
+    EXPECT_EQ(message(path("deleted.pdf")), QStringLiteral("Can't open PDF"));
+    EXPECT_EQ(message(path("empty.pdf")), QStringLiteral("PDF has no pages"));
+    EXPECT_EQ(message(path("flat.pdf")), QStringLiteral("Couldn't render PDF pages"));
+
+    ASSERT_TRUE(
+        Fixtures::run("qpdf", {"--encrypt", "", "owner", "256", "--", path("plain.pdf"), path("owner.pdf")}));
+    ASSERT_TRUE(Fixtures::run(
+        "qpdf", {"--encrypt", "user", "owner", "256", "--", path("plain.pdf"), path("user.pdf")}));
+    EXPECT_EQ(message(path("user.pdf")), QStringLiteral("PDF is password protected"));
+    const QList<PagePtr> owner = pages(path("owner.pdf"));
+    ASSERT_EQ(owner.size(), 1);
+    EXPECT_EQ(owner[0]->lines.value(0).text, Fixtures::invoiceLines().first());
+}
