@@ -6,6 +6,19 @@
 
 namespace Money {
 
+namespace {
+
+// "%.Nf" without the C locale's decimal comma: exact ties round to even, as printf does.
+QString printfFixed(double value, int decimals)
+{
+    char buffer[400];
+    const auto result =
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, decimals);
+    return QString::fromLatin1(buffer, result.ptr - buffer);
+}
+
+} // namespace
+
 std::optional<double> parse(const QString &input)
 {
     const QString text = input.trimmed();
@@ -71,7 +84,7 @@ QString fmtQty(double q)
     const double r = std::round(q);
     if (std::abs(q - r) < 0.0001)
         return QString::number(static_cast<long long>(r));
-    QString text = QString::number(q, 'f', 3);
+    QString text = printfFixed(q, 3);
     while (text.endsWith(u'0'))
         text.chop(1);
     return text;
@@ -79,7 +92,7 @@ QString fmtQty(double q)
 
 QString fixed2(double value)
 {
-    return QString::number(value, 'f', 2);
+    return printfFixed(value, 2);
 }
 
 QLocale userLocale()

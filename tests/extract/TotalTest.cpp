@@ -1,0 +1,102 @@
+#include "RowFixtures.h"
+
+#include <gtest/gtest.h>
+
+using RowFixtures::scan;
+
+namespace {
+
+QList<double> values(const QString &text)
+{
+    QList<double> out;
+    for (const auto &a : Extractor::amountCandidates(text))
+        out.append(a.value);
+    return out;
+}
+
+// The money pattern takes two-decimal numbers and symbol amounts, never dates or parts of longer numbers.
+TEST(AmountCandidates, AcceptsMoneyRejectsDatesAndFragments)
+{
+    EXPECT_EQ(values("Total $1,234.56"), (QList<double>{1234.56}));
+    EXPECT_EQ(values("(12.00) and -3.50"), (QList<double>{-12, -3.5}));
+    EXPECT_EQ(values(QString::fromUtf16(u"€ 45 · £7")), (QList<double>{45, 7}));
+    EXPECT_EQ(values("1.234,56 EUR"), (QList<double>{1234.56}));
+    EXPECT_TRUE(values("12/05/2024").isEmpty());
+    EXPECT_TRUE(values("2024.05.12").isEmpty());
+    EXPECT_TRUE(values("qty 12").isEmpty());
+    EXPECT_TRUE(values("1.2345").isEmpty());
+    EXPECT_TRUE(values("12.50.3").isEmpty());
+}
+
+struct TotalCase {
+    const char *name;
+    QList<QStringList> rows;
+    const char *value;
+    double confidence;
+};
+
+class FindTotal : public ::testing::TestWithParam<TotalCase> {};
+
+// Labelled totals win by strength and then by position; otherwise the largest amount at 0.35.
+TEST_P(FindTotal, ChoosesTheGrandTotal)
+{
+    const TotalCase &c = GetParam();
+    const Field total = Extractor::findTotal(scan(c.rows));
+    EXPECT_EQ(total.key, QStringLiteral("total"));
+    EXPECT_EQ(total.label, QStringLiteral("Total"));
+    EXPECT_EQ(total.value.toStdString(), c.value);
+    EXPECT_DOUBLE_EQ(total.confidence, c.confidence);
+    EXPECT_EQ(total.box.has_value(), c.confidence > 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, FindTotal,
+    ::testing::Values(
+        TotalCase{"PlainLabel", {{"Total", "$1,234.56"}}, "1234.56", 0.8},
+        TotalCase{"NextRow", {{"Amount due"}, {QString::fromUtf16(u"€ 45.00")}}, "45.00", 0.77},
+        TotalCase{"SubtotalSkipped", {{"Subtotal", "90.00"}, {"Total", "100.00"}}, "100.00", 0.8},
+        TotalCase{"LongLabelRowNoLookDown",
+                  {{"Total of all the services rendered"}, {"55.00"}, {"Other", "12.00"}},
+                  "55.00",
+                  0.35},
+        TotalCase{"BareInteger", {{"Total", "12"}}, "12.00", 0.8},
+        TotalCase{"BareIntegerInOneLine", {{"Total 12"}, {"9.00"}}, "12.00", 0.8},
+        TotalCase{
+            "HeaderNotTotal", {{"Description", "Qty", "Price", "Total"}, {"Widget", "3.00"}}, "3.00", 0.35},
+        TotalCase{"LaterEqualWins", {{"Total", "10.00"}, {"Total", "12.00"}}, "12.00", 0.8},
+        TotalCase{"StrongBeatsPlain", {{"Grand total", "20.00"}, {"Total", "12.00"}}, "20.00", 0.92},
+        TotalCase{"StrongNextRow", {{"Balance due"}, {"7.00", "8.00"}}, "7.00", 0.77},
+        TotalCase{"LargestFirstOccurrence",
+                  {{"a", "5.00"}, {"b", "120.00"}, {"c", "120.00"}, {"d", "7.50"}},
+                  "120.00",
+                  0.35},
+        TotalCase{"OnlyNegative", {{"a", "-5.00"}, {"b", "(7.00)"}}, "", 0.0},
+        TotalCase{"NoAmounts", {{"hello"}}, "", 0.0}, TotalCase{"NoRows", {}, "", 0.0}),
+    [](const auto &info) { return std::string(info.param.name); });
+
+// "T 12" is too short to hold a label besides its number, so the row below is used.
+TEST(AmountNear, BareNumberNeedsALabel)
+{
+    const auto s = scan({{"T 12"}, {"4.00"}});
+    const auto near = Extractor::amountNear(s, 0);
+    ASSERT_TRUE(near);
+    EXPECT_DOUBLE_EQ(near->value, 4.0);
+    EXPECT_TRUE(near->fromNextRow);
+}
+
+// The row below must be on the same page.
+TEST(AmountNear, NeverCrossesPages)
+{
+    QList<Row> rows{RowFixtures::row({"Total"}, 0.9, 0), RowFixtures::row({"10.00"}, 0.1, 1)};
+    EXPECT_FALSE(Extractor::amountNear(Extractor::scanRows(rows), 0));
+}
+
+// The total's box outlines the amount, not the label.
+TEST(FindTotalBox, OutlinesTheAmount)
+{
+    const Field total = Extractor::findTotal(scan({{"Total", "$1,234.56"}}));
+    ASSERT_TRUE(total.box);
+    EXPECT_NEAR(total.box->rect.left(), 0.25, 1e-9);
+}
+
+} // namespace
