@@ -4,6 +4,7 @@
 #include "DocPtr.h"
 #include "Processing.h"
 #include "StoreUi.h"
+#include "export/Table.h"
 
 #include <QHash>
 #include <QList>
@@ -134,6 +135,26 @@ public:
     void setAlertText(const QString &text);
     void clearAlert() { setAlertText(QString()); }
 
+    // ---- Exports -------------------------------------------------------------------------------------
+    // Each writes the approved documents only, in batch order, and reports through alertText: with
+    // nothing approved, "Approve at least one document first. Only approved documents are exported.";
+    // a failed write, "Export failed: " + the reason. A cancelled save dialog is silent, and so is success
+    // (except the clipboard copy, which always says what it copied).
+
+    /// The table shape CSV and TSV use; starts as perDocument, not saved.
+    RowLayout layout() const { return m_layout; }
+    void setLayout(RowLayout layout);
+    /// CSV of the current layout to a file the user picks ("tabrix-documents.csv" or
+    /// "tabrix-line-items.csv" proposed).
+    void exportCSV();
+    /// Tab-separated text of the current layout to the clipboard.
+    void copyTSV();
+    /// JSON of the documents with their custom fields ("tabrix-export.json" proposed).
+    void exportJSON();
+    /// Excel workbook with a "Documents" and a "Line items" sheet, whatever the layout
+    /// ("tabrix-export.xlsx" proposed).
+    void exportXLSX();
+
     // ---- Custom field definitions -------------------------------------------------------------------
 
     /// The definitions in the order their fields appear in documents and exports.
@@ -164,6 +185,7 @@ signals:
     void targetedChanged();
     void alertTextChanged();
     void customFieldsChanged();
+    void layoutChanged();
 
 private:
     void startProcessing();
@@ -173,6 +195,11 @@ private:
     void loadCustomFields();
     void saveCustomFields() const;
     qsizetype currentIndex() const;
+    QList<const DocItem *> approvedForExport() const;
+    Table table() const;
+    /// Asks for a location (proposing `name`) and runs `write` on it; a failure becomes the alert.
+    void save(const QString &name, const QString &filter,
+              const std::function<std::optional<TabrixError>(const QString &path)> &write);
 
     QString m_dataFolder;
     Processing::Loader m_loader;
@@ -183,6 +210,7 @@ private:
     QString m_highlightKey;
     bool m_isTargeted = false;
     QString m_alertText;
+    RowLayout m_layout = RowLayout::perDocument;
     QList<CustomFieldDef> m_customFields;
     QHash<QUuid, QMetaObject::Connection> m_subscriptions;
     bool m_processing = false;

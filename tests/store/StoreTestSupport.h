@@ -15,6 +15,18 @@
 #include <QThread>
 #include <QWaitCondition>
 #include <memory>
+#include <ostream>
+
+// Readable failure messages for the Qt values the store tests compare.
+inline void PrintTo(const QString &text, std::ostream *os)
+{
+    *os << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(const CustomFieldDef &def, std::ostream *os)
+{
+    *os << '{' << uuidText(def.id).toStdString() << ", \"" << def.name.toStdString() << "\", \""
+        << def.pattern.toStdString() << "\", " << (def.isRegex ? "regex" : "keyword") << '}';
+}
 
 /// Runs the event loop until `done()` holds or five seconds pass; returns whether it held.
 template <class Pred> bool waitUntil(Pred done)
