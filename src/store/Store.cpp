@@ -71,19 +71,9 @@ DocPtr Store::doc(const QUuid &id) const
 
 // ---- The batch --------------------------------------------------------------------------------------
 
-QStringList Store::expand(const QStringList &paths)
-{
-    return SupportedFiles::expand(paths);
-}
-
-QString Store::standardPath(const QString &path)
-{
-    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-}
-
 void Store::add(const QStringList &paths)
 {
-    const QStringList files = expand(paths);
+    const QStringList files = Pipeline::expand(paths);
     if (files.isEmpty()) {
         setAlertText(QString::fromUtf8(noSupportedFiles));
         return;
@@ -91,11 +81,11 @@ void Store::add(const QStringList &paths)
 
     QSet<QString> known;
     for (const DocPtr &d : std::as_const(m_docs))
-        known.insert(standardPath(d->path()));
+        known.insert(Pipeline::standardPath(d->path()));
 
     DocPtr firstNew;
     for (const QString &file : files) {
-        const QString standard = standardPath(file);
+        const QString standard = Pipeline::standardPath(file);
         if (known.contains(standard))
             continue;
         known.insert(standard);

@@ -61,15 +61,8 @@ public:
     /// True while the processing loop runs (from add/reprocess until no document is queued).
     bool isProcessing() const { return m_processing; }
 
-    /// The supported files among and below `paths` (folders walked recursively, hidden items skipped,
-    /// each folder's files in natural order), top-level order kept. Missing paths are skipped.
-    static QStringList expand(const QStringList &paths);
-
-    /// The form paths are compared in to tell whether a file is already in the batch: absolute, with
-    /// "." and ".." removed. Symbolic links are not resolved.
-    static QString standardPath(const QString &path);
-
-    /// Adds files and folders: expands them, skips files already in the batch, appends one queued
+    /// Adds files and folders: expands them (Pipeline::expand), skips files already in the batch
+    /// (compared by Pipeline::standardPath: absolute, cleaned, symlinks not resolved), appends one queued
     /// document per new file, selects the first new one if nothing is selected, and starts the
     /// processing loop. When nothing supported is found, sets the "No supported files found…" alert.
     void add(const QStringList &paths);
