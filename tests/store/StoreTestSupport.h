@@ -18,10 +18,10 @@ inline void PrintTo(const QString &text, std::ostream *os)
     *os << '"' << text.toStdString() << '"';
 }
 
-/// Runs the event loop until `done()` holds or five seconds pass; returns whether it held.
-template <class Pred> bool waitUntil(Pred done)
+/// Runs the event loop until `done()` holds or `ms` milliseconds pass; returns whether it held.
+template <class Pred> bool waitUntil(Pred done, int ms = 5000)
 {
-    QDeadlineTimer deadline(5000);
+    QDeadlineTimer deadline(ms);
     while (!done() && !deadline.hasExpired()) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
         QThread::usleep(200);
