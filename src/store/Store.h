@@ -46,9 +46,6 @@ public:
     explicit Store(StoreOptions options, QObject *parent = nullptr);
     ~Store() override;
 
-    Store(const Store &) = delete;
-    Store &operator=(const Store &) = delete;
-
     /// Replaces the dialog and clipboard provider (not owned; null: dialogs cancel).
     void setUi(StoreUi *ui) { m_ui = ui; }
 
