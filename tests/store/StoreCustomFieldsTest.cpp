@@ -1,0 +1,113 @@
+#include "StoreTestSupport.h"
+
+namespace {
+
+const CustomFieldDef po{QUuid::fromString(QStringLiteral("3F2504E0-4F89-11D3-9A0C-0305E82C3301")), "PO",
+                        "PO[- ]?(\\d+)/x", true};
+const CustomFieldDef ref{QUuid::fromString(QStringLiteral("7C9E6679-7425-40DE-944B-E07FC1F90AE7")), "",
+                         "Reference", false};
+const QString notDefinitions = "That file isn't a Tabrix custom-fields JSON file.";
+
+class StoreCustomFields : public StoreTest {
+protected:
+    QString saved() const { return data.filePath("custom-fields.json"); }
+};
+
+// Saved definitions are a pretty-printed array with sorted keys, " : " and escaped slashes, and the
+// next store loads them back in order with their ids.
+TEST_F(StoreCustomFields, SavedFileFormatAndReload)
+{
+    store->setCustomFields({po, ref});
+    EXPECT_EQ(readBytes(saved()),
+              QByteArray("[\n  {\n    \"id\" : \"3F2504E0-4F89-11D3-9A0C-0305E82C3301\",\n"
+                         "    \"isRegex\" : true,\n    \"name\" : \"PO\",\n"
+                         "    \"pattern\" : \"PO[- ]?(\\\\d+)\\/x\"\n  },\n"
+                         "  {\n    \"id\" : \"7C9E6679-7425-40DE-944B-E07FC1F90AE7\",\n"
+                         "    \"isRegex\" : false,\n    \"name\" : \"\",\n"
+                         "    \"pattern\" : \"Reference\"\n  }\n]"));
+    EXPECT_EQ(makeStore()->customFields(), (QList<CustomFieldDef>{po, ref}));
+}
+
+// Without a saved file the list is empty and no file appears until the first change; a corrupt or
+// wrongly shaped file is ignored silently and left on disk.
+TEST_F(StoreCustomFields, MissingOrCorruptFile)
+{
+    EXPECT_TRUE(store->customFields().isEmpty());
+    EXPECT_FALSE(QFile::exists(saved()));
+    for (const QByteArray bad :
+         {"[{\"id\": ", "{}", R"([{"id":"nope","isRegex":true,"name":"a","pattern":"b"}])"}) {
+        writeBytes(saved(), bad);
+        auto loaded = makeStore();
+        EXPECT_TRUE(loaded->customFields().isEmpty() && loaded->alertText().isEmpty()) << bad.constData();
+        EXPECT_EQ(readBytes(saved()), bad);
+    }
+    store->setCustomFields({});
+    EXPECT_EQ(readBytes(saved()), "[]");
+}
+
+// An exported file imported again replaces the list with the same definitions and ids; a file that is
+// missing or not a definitions list (here an object lacking "isRegex") is refused and changes nothing.
+TEST_F(StoreCustomFields, ExportAndImport)
+{
+    store->setCustomFields({po, ref});
+    ui.saveAnswer = files.filePath("out.json");
+    store->exportCustomFields();
+    EXPECT_EQ(ui.proposedName, "tabrix-custom-fields.json");
+    store->setCustomFields({ref});
+    ui.openAnswer = ui.saveAnswer;
+    store->importCustomFields();
+    EXPECT_EQ(store->customFields(), (QList<CustomFieldDef>{po, ref}));
+    EXPECT_TRUE(store->alertText().isEmpty());
+
+    const QByteArray before = readBytes(saved());
+    writeBytes(files.filePath("bad.json"),
+               R"([{"id":"3F2504E0-4F89-11D3-9A0C-0305E82C3301","name":"PO","pattern":"x"}])");
+    for (const QString name : {"bad.json", "missing.json"}) {
+        store->clearAlert();
+        ui.openAnswer = files.filePath(name);
+        store->importCustomFields();
+        EXPECT_EQ(store->alertText(), notDefinitions);
+        EXPECT_EQ(store->customFields(), (QList<CustomFieldDef>{po, ref}));
+        EXPECT_EQ(readBytes(saved()), before);
+    }
+}
+
+// Syncing relabels renamed definitions keeping hand corrections, re-extracts changed ones, appends new
+// ones, drops deleted ones, and leaves documents that are not ready alone.
+TEST_F(StoreCustomFields, SyncUpdatesReadyDocuments)
+{
+    store->setCustomFields({po, ref});
+    const QList<DocPtr> docs = readBatch(2);
+    QList<Field> fields = docs[0]->fields();
+    ASSERT_EQ(fields.size(), 10);
+    for (qsizetype i : {8, 9})
+        fields[i].value = "typed", fields[i].edited = true;
+    docs[0]->setFields(fields);
+    docs[1]->setStatus(DocStatus::Queued);
+    const QList<Field> queued = docs[1]->fields();
+
+    CustomFieldDef renamed = po, changed = ref;
+    renamed.name = "Purchase order";
+    changed.isRegex = true;
+    const CustomFieldDef added{QUuid::createUuid(), "Extra", "Extra", false};
+    store->setCustomFields({changed, renamed, added});
+    store->syncCustomFields();
+
+    const QList<Field> synced = docs[0]->fields();
+    ASSERT_EQ(synced.size(), 11);
+    EXPECT_EQ(synced.first(8), fields.first(8));
+    EXPECT_EQ(synced[8].key, uuidText(ref.id));
+    EXPECT_EQ(synced[8].source, "re|Reference");
+    EXPECT_FALSE(synced[8].edited);
+    EXPECT_EQ(synced[8].label, "Custom field");
+    EXPECT_EQ(synced[9].label, "Purchase order");
+    EXPECT_TRUE(synced[9].edited && synced[9].value == "typed");
+    EXPECT_EQ(synced[10].key, uuidText(added.id));
+    EXPECT_EQ(docs[1]->fields(), queued);
+
+    store->setCustomFields({});
+    store->syncCustomFields();
+    EXPECT_EQ(docs[0]->fields(), fields.first(8));
+}
+
+} // namespace

@@ -1,0 +1,77 @@
+#include "StoreTestSupport.h"
+
+namespace {
+
+using StoreReview = StoreTest;
+
+// Position and the step conditions follow the selected index; an id naming no document counts as none.
+TEST_F(StoreReview, PositionAndStepConditions)
+{
+    struct {
+        int count, selected; // selected -1: a stale id
+        QString position;
+        bool previous, next;
+    } const cases[] = {{10, 3, "4 of 10", true, true},
+                       {10, 0, "1 of 10", false, true},
+                       {10, 9, "10 of 10", true, false},
+                       {1, 0, "1 of 1", false, false},
+                       {3, -1, "", false, false}};
+    for (const auto &c : cases) {
+        store->clearAll();
+        const QList<DocPtr> docs = readBatch(c.count);
+        store->setSelectedID(c.selected < 0 ? QUuid::createUuid() : docs[c.selected]->id());
+        EXPECT_EQ(store->position(), c.position);
+        EXPECT_EQ(store->canGoPrevious(), c.previous) << c.position.toStdString();
+        EXPECT_EQ(store->canGoNext(), c.next) << c.position.toStdString();
+        EXPECT_EQ(store->selected() != nullptr, c.selected >= 0);
+    }
+}
+
+// Moving clamps at both ends, starts from the first document without a selection, clears the
+// highlight, and does nothing at all on an empty batch.
+TEST_F(StoreReview, MoveClampsAndClearsHighlight)
+{
+    store->setHighlightKey("total");
+    store->move(1);
+    EXPECT_TRUE(store->selectedID().isNull());
+    EXPECT_EQ(store->highlightKey(), "total");
+
+    const QList<DocPtr> docs = readBatch(10);
+    const int cases[][3] = {{7, 5, 9}, {0, -1, 0}, {9, 1, 9}, {4, -2, 2}, {-1, 1, 0}, {-1, -1, 0}};
+    for (const auto &[from, delta, to] : cases) {
+        store->setSelectedID(from < 0 ? QUuid() : docs[from]->id());
+        store->setHighlightKey("total");
+        store->move(delta);
+        EXPECT_EQ(store->selectedID(), docs[to]->id()) << from << " " << delta;
+        EXPECT_TRUE(store->highlightKey().isEmpty());
+    }
+}
+
+// Approve-and-next approves a ready document and steps on (staying on the last); any other status
+// blocks it entirely. Approve-all touches ready documents only; approved documents keep batch order.
+TEST_F(StoreReview, Approval)
+{
+    const QList<DocPtr> docs = readBatch(4);
+    store->setSelectedID(docs[2]->id());
+    store->approveAndNext();
+    store->approveAndNext();
+    EXPECT_EQ(store->approvedDocs(), (QList<DocPtr>{docs[2], docs[3]}));
+    EXPECT_EQ(store->selectedID(), docs[3]->id());
+
+    docs[0]->setStatus(DocStatus::failed("unreadable"));
+    docs[1]->setStatus(DocStatus::Queued);
+    store->setSelectedID(docs[0]->id());
+    store->setHighlightKey("vendor");
+    store->approveAndNext();
+    EXPECT_EQ(store->selectedID(), docs[0]->id());
+    EXPECT_EQ(store->highlightKey(), "vendor");
+    EXPECT_EQ(store->approvedDocs().size(), 2);
+
+    docs[2]->setApproved(false);
+    docs[1]->setStatus(DocStatus::Ready);
+    store->approveAllReady();
+    EXPECT_EQ(store->approvedDocs(), (QList<DocPtr>{docs[1], docs[2], docs[3]}));
+    EXPECT_EQ(store->selectedID(), docs[0]->id());
+}
+
+} // namespace

@@ -1,0 +1,177 @@
+#pragma once
+
+#include "store/Store.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QMutex>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QWaitCondition>
+#include <gtest/gtest.h>
+#include <ostream>
+
+inline void PrintTo(const QString &text, std::ostream *os)
+{
+    *os << '"' << text.toStdString() << '"';
+}
+
+/// Runs the event loop until `done()` holds or `ms` milliseconds pass; returns whether it held.
+template <class Pred> bool waitUntil(Pred done, int ms = 5000)
+{
+    QDeadlineTimer deadline(ms);
+    while (!done() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        QThread::usleep(200);
+    }
+    return done();
+}
+
+/// A loader standing in for the intake pipeline: a file holding "!message" fails with that message,
+/// any other file gives one page with a text line per line of the file. hold() makes every run wait at
+/// its start until step() lets one go or release() all. Thread-safe; copies share their state.
+class FakeLoader {
+    struct State {
+        QMutex mutex;
+        QWaitCondition wake;
+        bool held = false;
+        int permits = 0;
+        QStringList calls; ///< file names in the order their runs started
+        Pipeline::Report lastReport;
+    };
+    std::shared_ptr<State> s = std::make_shared<State>();
+
+public:
+    template <class F> auto locked(F f) const
+    {
+        QMutexLocker lock(&s->mutex);
+        return f(*s);
+    }
+    void hold()
+    {
+        locked([](State &s) { s.held = true; });
+    }
+    void release()
+    {
+        locked([](State &s) { s.held = false, s.wake.wakeAll(); });
+    }
+    void step()
+    {
+        locked([](State &s) { ++s.permits, s.wake.wakeAll(); });
+    }
+    QStringList calls() const
+    {
+        return locked([](State &s) { return s.calls; });
+    }
+    /// The progress callback of the latest run, still callable after that run ended.
+    Pipeline::Report lastReport() const
+    {
+        return locked([](State &s) { return s.lastReport; });
+    }
+
+    Processing::Loader loader() const
+    {
+        return [s = s](const QString &path, const Pipeline::Report &report) -> Expected<QList<PagePtr>> {
+            QMutexLocker lock(&s->mutex);
+            s->calls.append(QFileInfo(path).fileName());
+            s->lastReport = report;
+            while (s->held && s->permits == 0)
+                s->wake.wait(&s->mutex);
+            s->permits -= s->held;
+            QFile file(path);
+            const QString text =
+                file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+            if (text.startsWith(u'!'))
+                return TabrixError{text.mid(1)};
+            auto page = std::make_shared<PageData>();
+            for (const QString &line : text.split(u'\n', Qt::SkipEmptyParts))
+                page->lines.append(
+                    TextLine{line, QRectF(0.1, 0.05 + 0.04 * page->lines.size(), 0.5, 0.03), 0});
+            return QList<PagePtr>{page};
+        };
+    }
+};
+
+/// Dialog answers prepared by the test; the clipboard is a string.
+struct FakeUi : StoreUi {
+    QStringList chosen;
+    QString openAnswer, saveAnswer, clipboard, proposedName;
+
+    QStringList chooseFilesAndFolders(const QString &) override { return chosen; }
+    QString chooseFileToOpen(const QString &) override { return openAnswer; }
+    QString chooseFileToSave(const QString &name, const QString &) override
+    {
+        proposedName = name;
+        return saveAnswer;
+    }
+    void setClipboardText(const QString &text) override { clipboard = text; }
+};
+
+inline void writeBytes(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(bytes);
+}
+
+inline QByteArray readBytes(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// A store with a fake loader and fake dialogs, its data folder and a folder for documents.
+class StoreTest : public ::testing::Test {
+protected:
+    QTemporaryDir data, files;
+    FakeLoader fake;
+    FakeUi ui;
+    std::unique_ptr<Store> store = makeStore();
+
+    std::unique_ptr<Store> makeStore()
+    {
+        return std::make_unique<Store>(StoreOptions{data.path(), fake.loader(), &ui});
+    }
+    void TearDown() override
+    {
+        fake.release();
+        idle();
+    }
+    bool idle()
+    {
+        return waitUntil([&] { return !store->isProcessing(); });
+    }
+
+    /// Creates files (and their folders) under the documents folder, keeping an existing file unless
+    /// `content` is given; returns their paths.
+    QStringList makeFiles(const QStringList &relative, const QByteArray &content = {})
+    {
+        QStringList paths;
+        for (const QString &rel : relative) {
+            paths.append(files.filePath(rel));
+            QDir().mkpath(QFileInfo(paths.last()).absolutePath());
+            if (!content.isEmpty() || !QFile::exists(paths.last()))
+                writeBytes(paths.last(), content);
+        }
+        return paths;
+    }
+    /// Adds `count` documents named doc1.pdf… and waits until they are read.
+    QList<DocPtr> readBatch(int count)
+    {
+        QStringList names;
+        for (int i = 1; i <= count; ++i)
+            names.append(QStringLiteral("doc%1.pdf").arg(i));
+        store->add(makeFiles(names));
+        EXPECT_TRUE(idle());
+        return store->docs();
+    }
+    QStringList names() const
+    {
+        QStringList out;
+        for (const DocPtr &d : store->docs())
+            out.append(d->fileName());
+        return out;
+    }
+};
