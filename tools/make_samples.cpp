@@ -40,7 +40,7 @@ void drawInvoice(QPainter &p, const Invoice &inv, double width, double height)
     };
     p.fillRect(QRectF(0, 0, width, height), Qt::white);
     p.setPen(Qt::black);
-    text(8, 6, inv.vendor, 3.2, true);
+    text(8, 6, inv.vendor, 2.4, true);
     text(8, 11, inv.address, 1.8);
     text(62, 6, inv.title, 3.2, true);
     text(62, 12, inv.number, 1.8);

@@ -1,3 +1,4 @@
+#include "ColumnGap.h"
 #include "Ocr.h"
 #include "PageImage.h"
 #include "Pipeline.h"
@@ -46,7 +47,8 @@ QString expandLigatures(QString text)
     return text;
 }
 
-/// The text layer of an upright page as lines: words that poppler chains with nextWord() form one line.
+/// The text layer of an upright page as lines: words that poppler chains with nextWord() form one line,
+/// split where a wide gap separates two columns.
 /// Boxes come from poppler in points of the crop box with a top-left origin, so normalising is a division;
 /// words wholly outside the crop box are not part of the visible page and are left out.
 QList<TextLine> digitalLines(const Poppler::Page &page, int index)
@@ -78,6 +80,8 @@ QList<TextLine> digitalLines(const Poppler::Page &page, int index)
         const QRectF r = box->boundingBox();
         if (!r.intersects(crop) && !crop.contains(r.topLeft()))
             continue;
+        if (bounds && isColumnGap(r.left() - bounds->right(), std::max(r.height(), bounds->height())))
+            flush();
         text += box->text();
         if (box->hasSpaceAfter())
             text += u' ';

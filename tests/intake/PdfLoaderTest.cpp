@@ -74,6 +74,22 @@ TEST_F(PdfLoader, DigitalLinesInCropBox)
     EXPECT_TRUE(ocr.calls.isEmpty());
 }
 
+// Words on one baseline split into two lines where a column gap separates them (a letterhead with the
+// company on the left and the title on the right), never at ordinary word spacing.
+TEST_F(PdfLoader, ColumnGapsSplitLines)
+{
+    writePage("columns.pdf", showText(72, 700, 14, "Northwind Supplies Ltd") +
+                                 showText(400, 700, 14, "INVOICE") +
+                                 showText(72, 600, 14, "Total Due   49.80 EUR"));
+    const QList<PagePtr> loaded = pages(path("columns.pdf"));
+    ASSERT_EQ(loaded.size(), 1);
+    QStringList texts;
+    for (const TextLine &line : loaded[0]->lines)
+        texts.append(line.text);
+    texts.sort(); // the reading order of separate columns is poppler's
+    EXPECT_EQ(texts, (QStringList{"INVOICE", "Northwind Supplies Ltd", "Total Due 49.80 EUR"}));
+}
+
 // 2400 px on the longer upright side, magnification at most 4, halves rounded up; turned pages are
 // always recognised.
 TEST_F(PdfLoader, RenderSizeFollowsUprightCropBox)

@@ -1,4 +1,5 @@
 // Tesseract behind Ocr::Engine; part of the separately loaded tabrix_engines module.
+#include "intake/ColumnGap.h"
 #include "intake/Engines.h"
 
 #include <algorithm>
@@ -34,23 +35,38 @@ struct PixelLine {
     QRect box; ///< pixels of the image, top-left origin
 };
 
+// The recognised lines, each split where a wide gap separates two columns (see isColumnGap).
 QList<PixelLine> readLines(tesseract::TessBaseAPI &api)
 {
     QList<PixelLine> lines;
     const Iterator it(api.GetIterator());
     if (!it)
         return lines;
-    constexpr auto level = tesseract::RIL_TEXTLINE;
+    int lineHeight = 0;
+    bool open = false; // whether lines.last() still takes words
     do {
-        if (it->Empty(level))
+        if (it->IsAtBeginningOf(tesseract::RIL_TEXTLINE)) {
+            int left = 0, top = 0, right = 0, bottom = 0;
+            lineHeight =
+                it->BoundingBox(tesseract::RIL_TEXTLINE, &left, &top, &right, &bottom) ? bottom - top : 0;
+            open = false;
+        }
+        if (it->Empty(tesseract::RIL_WORD))
             continue;
-        const Utf8 utf8(it->GetUTF8Text(level));
-        const QString text = QString::fromUtf8(utf8.get()).trimmed();
+        const Utf8 utf8(it->GetUTF8Text(tesseract::RIL_WORD));
+        const QString word = QString::fromUtf8(utf8.get()).trimmed();
         int left = 0, top = 0, right = 0, bottom = 0;
-        if (text.isEmpty() || !it->BoundingBox(level, &left, &top, &right, &bottom))
+        if (word.isEmpty() || !it->BoundingBox(tesseract::RIL_WORD, &left, &top, &right, &bottom))
             continue;
-        lines.append({text, QRect(left, top, right - left, bottom - top)});
-    } while (it->Next(level));
+        const QRect box(left, top, right - left, bottom - top);
+        if (open && !isColumnGap(box.left() - lines.last().box.right(), lineHeight)) {
+            lines.last().text += u' ' + word;
+            lines.last().box = lines.last().box.united(box);
+        } else {
+            lines.append({word, box});
+            open = true;
+        }
+    } while (it->Next(tesseract::RIL_WORD));
     return lines;
 }
 
