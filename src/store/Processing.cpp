@@ -1,0 +1,33 @@
+#include "Processing.h"
+
+namespace Processing {
+
+Loader pipelineLoader(Pipeline::LoadOptions options)
+{
+    return [options](const QString &path, const Pipeline::Report &report) {
+        return Pipeline::load(path, options, report);
+    };
+}
+
+Expected<Loaded> run(const QString &path, const QList<CustomFieldDef> &customFields,
+                     const Pipeline::Report &report, const Loader &loader)
+{
+    Expected<QList<PagePtr>> pages = loader(path, report);
+    if (auto *error = std::get_if<TabrixError>(&pages))
+        return *error;
+
+    Loaded loaded;
+    loaded.pages = std::move(std::get<QList<PagePtr>>(pages));
+    if (report)
+        report(DocStatus::Extracting, 0.92);
+
+    QList<TextLine> lines;
+    for (const PagePtr &page : loaded.pages) {
+        if (page)
+            lines += page->lines;
+    }
+    loaded.extraction = Extractor::extract(lines, customFields);
+    return loaded;
+}
+
+} // namespace Processing

@@ -1,0 +1,191 @@
+#pragma once
+
+#include "BatchSummary.h"
+#include "DocPtr.h"
+#include "Processing.h"
+#include "StoreUi.h"
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+#include <QThreadPool>
+#include <QUrl>
+#include <QUuid>
+#include <functional>
+
+/// How a Store is wired to the world. The defaults are the desktop application's.
+struct StoreOptions {
+    /// Folder holding "custom-fields.json". Empty: the user's data folder
+    /// (QStandardPaths::GenericDataLocation) + "/Tabrix".
+    QString dataFolder;
+    /// Reads one document's pages. Empty: the intake pipeline, rendering page images for display.
+    Processing::Loader loader;
+    /// Dialogs and clipboard; not owned, must outlive the store or be replaced with setUi(nullptr).
+    /// Null: every dialog counts as cancelled and the clipboard is left alone.
+    StoreUi *ui = nullptr;
+};
+
+/// The application's state: the batch of documents and its processing loop, review navigation and
+/// approval, likely duplicates and currency totals, custom field definitions and the exports.
+///
+/// Lives on the main thread and is used from there only. Documents are read one at a time by a
+/// background task that sees just the file path, a snapshot of the custom field definitions and a
+/// progress callback; its result comes back whole to the main thread. Messages for the user (refused
+/// drops, import errors, export results) are set as alertText, which the window shows and clears.
+///
+/// Signals: every change to the store or to any of its documents emits changed(); the finer signals
+/// say what changed, for views that redraw selectively. All are emitted after the change.
+class Store : public QObject {
+    Q_OBJECT
+public:
+    explicit Store(QObject *parent = nullptr);
+    explicit Store(StoreOptions options, QObject *parent = nullptr);
+    ~Store() override;
+
+    Store(const Store &) = delete;
+    Store &operator=(const Store &) = delete;
+
+    /// Replaces the dialog and clipboard provider (not owned; null: dialogs cancel).
+    void setUi(StoreUi *ui) { m_ui = ui; }
+
+    // ---- The batch ----------------------------------------------------------------------------------
+
+    /// The documents in the order they were added.
+    const QList<DocPtr> &docs() const { return m_docs; }
+    /// The document with this id, or null.
+    DocPtr doc(const QUuid &id) const;
+    /// True while the processing loop runs (from add/reprocess until no document is queued).
+    bool isProcessing() const { return m_processing; }
+
+    /// The supported files among and below `paths` (folders walked recursively, hidden items skipped,
+    /// each folder's files in natural order), top-level order kept. Missing paths are skipped.
+    static QStringList expand(const QStringList &paths);
+
+    /// The form paths are compared in to tell whether a file is already in the batch: absolute, with
+    /// "." and ".." removed. Symbolic links are not resolved.
+    static QString standardPath(const QString &path);
+
+    /// Adds files and folders: expands them, skips files already in the batch, appends one queued
+    /// document per new file, selects the first new one if nothing is selected, and starts the
+    /// processing loop. When nothing supported is found, sets the "No supported files found…" alert.
+    void add(const QStringList &paths);
+
+    /// Takes a drop of URLs: each local file URL is added by its own add(), scheduled on the event loop.
+    /// Returns true when at least one file URL was taken; other URLs are ignored.
+    bool handleDrop(const QList<QUrl> &urls);
+
+    /// Asks the UI for files and folders and adds them; does nothing when cancelled.
+    void openPanel();
+
+    /// Reads a document again: clears its approval, puts it back to queued (keeping its fields until
+    /// the new run replaces them) and starts the loop if it is not running.
+    void reprocess(const DocPtr &doc);
+
+    /// Takes a document out of the batch. If it was selected, the selection moves to the next
+    /// document, else the previous one, else none. A run in progress for it finishes harmlessly.
+    void remove(const DocPtr &doc);
+
+    /// Empties the batch and the selection. A running document finishes in the background, unseen.
+    void clearAll();
+
+    // ---- Review -------------------------------------------------------------------------------------
+
+    /// Id of the selected document; null when none. An id naming no document counts as none.
+    QUuid selectedID() const { return m_selectedID; }
+    void setSelectedID(const QUuid &id);
+    /// The selected document, or null.
+    DocPtr selected() const;
+    /// The approved documents in batch order: what every export writes.
+    QList<DocPtr> approvedDocs() const;
+    bool canGoPrevious() const;
+    bool canGoNext() const;
+    /// "3 of 10" for the third of ten documents; empty when nothing (existing) is selected.
+    QString position() const;
+    /// Moves the selection by `delta` documents, clamped to the batch (no selection counts as before
+    /// the first), and clears the highlight. Does nothing on an empty batch.
+    void move(int delta);
+    /// Approves the selected document and moves to the next one, but only when it is ready.
+    void approveAndNext();
+    /// Approves every ready document; the selection stays.
+    void approveAllReady();
+
+    /// Key of the field (or "item-" + line item id) whose outline is emphasised; empty for none.
+    QString highlightKey() const { return m_highlightKey; }
+    void setHighlightKey(const QString &key);
+
+    /// True while a drag hovers over the window (the view sets it; it draws the drop highlight).
+    bool isTargeted() const { return m_isTargeted; }
+    void setTargeted(bool targeted);
+
+    // ---- Batch summary ------------------------------------------------------------------------------
+
+    /// Ids of ready documents that share vendor, number and total with another ready document.
+    QSet<QUuid> duplicateIDs() const { return BatchSummary::duplicateIDs(m_docs); }
+    /// Per-currency sums over the ready documents, sorted by currency.
+    QList<CurrencyTotals> currencyTotals() const { return BatchSummary::currencyTotals(m_docs); }
+
+    // ---- Messages -----------------------------------------------------------------------------------
+
+    /// The message the window should show in an alert; empty when there is none.
+    QString alertText() const { return m_alertText; }
+    void setAlertText(const QString &text);
+    void clearAlert() { setAlertText(QString()); }
+
+    // ---- Custom field definitions -------------------------------------------------------------------
+
+    /// The definitions in the order their fields appear in documents and exports.
+    const QList<CustomFieldDef> &customFields() const { return m_customFields; }
+    /// Replaces the definitions and saves them at once (failures to save are silent). Documents are
+    /// not touched until syncCustomFields().
+    void setCustomFields(const QList<CustomFieldDef> &defs);
+    /// Location of "custom-fields.json"; creates its folder on every call, ignoring failure.
+    QString customFieldsPath() const;
+    /// Brings the custom fields of every ready document in line with the definitions: renamed ones are
+    /// relabelled (keeping hand corrections), new or changed ones extracted afresh, deleted ones dropped.
+    void syncCustomFields();
+    /// Asks for a location and writes the definitions there in the saved form; failures are silent.
+    void exportCustomFields();
+    /// Asks for a file and replaces the definitions with its contents, then syncs the documents. A file
+    /// that is not a definitions list sets the alert "That file isn't a Tabrix custom-fields JSON file."
+    void importCustomFields();
+
+signals:
+    /// Anything about the store or any of its documents changed.
+    void changed();
+    /// Documents were added, removed or cleared (not emitted for changes inside a document).
+    void docsChanged();
+    /// A document of the batch changed (status, progress, approval, fields or items).
+    void docChanged(DocItem *doc);
+    void selectionChanged();
+    void highlightKeyChanged();
+    void targetedChanged();
+    void alertTextChanged();
+    void customFieldsChanged();
+
+private:
+    void startProcessing();
+    void processNext();
+    void process(const DocPtr &doc);
+    void finish(const DocPtr &doc, Expected<Processing::Loaded> result);
+    void loadCustomFields();
+    void saveCustomFields() const;
+    qsizetype currentIndex() const;
+
+    QString m_dataFolder;
+    Processing::Loader m_loader;
+    StoreUi *m_ui = nullptr;
+
+    QList<DocPtr> m_docs;
+    QUuid m_selectedID;
+    QString m_highlightKey;
+    bool m_isTargeted = false;
+    QString m_alertText;
+    QList<CustomFieldDef> m_customFields;
+    QHash<QUuid, QMetaObject::Connection> m_subscriptions;
+    bool m_processing = false;
+    // One worker thread kept alive, so per-thread engines (text recognition) are set up once.
+    QThreadPool m_pool;
+};
