@@ -1,5 +1,7 @@
 #include "CustomFieldCodec.h"
 
+#include "JsonText.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
@@ -18,6 +20,18 @@ std::optional<QUuid> parseUuid(const QString &text)
 }
 
 } // namespace
+
+QByteArray encode(const QList<CustomFieldDef> &defs)
+{
+    QJsonArray array;
+    for (const CustomFieldDef &def : defs) {
+        array.append(QJsonObject{{QStringLiteral("id"), uuidText(def.id)},
+                                 {QStringLiteral("isRegex"), def.isRegex},
+                                 {QStringLiteral("name"), def.name},
+                                 {QStringLiteral("pattern"), def.pattern}});
+    }
+    return JsonText::write(array, JsonText::Slashes::Escaped);
+}
 
 std::optional<QList<CustomFieldDef>> decode(const QJsonArray &array)
 {

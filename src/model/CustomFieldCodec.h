@@ -7,10 +7,14 @@
 #include <QList>
 #include <optional>
 
-/// Reading custom field definition lists in their JSON form: an array of objects with exactly the
-/// members "id" (canonical UUID text), "isRegex" (bool), "name" and "pattern" (strings). Strict: any
-/// missing member, wrong type or malformed UUID rejects the whole list.
+/// Custom field definition lists in their JSON form: an array of objects with exactly the members
+/// "id" (canonical UUID text), "isRegex" (bool), "name" and "pattern" (strings). Decoding is strict:
+/// any missing member, wrong type or malformed UUID rejects the whole list.
 namespace CustomFieldCodec {
+
+/// The custom-fields file text of `defs`, in list order: our JSON text form with sorted keys and
+/// "/" escaped as "\/". Never fails; an empty list is "[]".
+QByteArray encode(const QList<CustomFieldDef> &defs);
 
 std::optional<QList<CustomFieldDef>> decode(const QJsonArray &array);
 std::optional<QList<CustomFieldDef>> decode(const QByteArray &json);

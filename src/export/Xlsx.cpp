@@ -1,0 +1,258 @@
+#include "Xlsx.h"
+
+#include "model/JsonText.h"
+#include "model/Money.h"
+
+#include <memory>
+#include <utility>
+#include <zip.h>
+
+namespace Exporter {
+
+namespace {
+
+constexpr char declaration[] = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>";
+constexpr char mainNs[] = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
+constexpr char relsNs[] = "http://schemas.openxmlformats.org/package/2006/relationships";
+constexpr char docRelsNs[] = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
+
+QByteArray number(qsizetype n)
+{
+    return QByteArray::number(n);
+}
+
+/// A spreadsheet number: the shortest round-trip text, with ".0" on whole numbers.
+QByteArray cellNumber(double x)
+{
+    QByteArray text = JsonText::shortestNumber(x);
+    if (!text.contains('.') && !text.contains('e'))
+        text += ".0";
+    return text;
+}
+
+QByteArray inlineCell(const QByteArray &ref, int style, const QString &text)
+{
+    return "<c r=\"" + ref + "\" t=\"inlineStr\" s=\"" + number(style) + "\"><is><t xml:space=\"preserve\">" +
+           xmlEscape(text).toUtf8() + "</t></is></c>";
+}
+
+QByteArray contentTypes(qsizetype sheetCount)
+{
+    QByteArray xml =
+        QByteArray(declaration) +
+        "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
+        "<Default Extension=\"rels\" "
+        "ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
+        "<Default Extension=\"xml\" ContentType=\"application/xml\"/>"
+        "<Override PartName=\"/xl/workbook.xml\" "
+        "ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml\"/>"
+        "<Override PartName=\"/xl/styles.xml\" "
+        "ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.styles+xml\"/>";
+    for (qsizetype n = 1; n <= sheetCount; ++n) {
+        xml += "<Override PartName=\"/xl/worksheets/sheet" + number(n) +
+               ".xml\" "
+               "ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml\"/>";
+    }
+    return xml + "</Types>";
+}
+
+QByteArray packageRels()
+{
+    return QByteArray(declaration) + "<Relationships xmlns=\"" + relsNs +
+           "\"><Relationship Id=\"rId1\" Type=\"" + docRelsNs +
+           "/officeDocument\" Target=\"xl/workbook.xml\"/></Relationships>";
+}
+
+QByteArray workbook(const QList<Sheet> &sheets)
+{
+    QByteArray xml =
+        QByteArray(declaration) + "<workbook xmlns=\"" + mainNs + "\" xmlns:r=\"" + docRelsNs + "\"><sheets>";
+    for (qsizetype i = 0; i < sheets.size(); ++i) {
+        xml += "<sheet name=\"" + xmlEscape(sheets.at(i).name).toUtf8() + "\" sheetId=\"" + number(i + 1) +
+               "\" r:id=\"rId" + number(i + 1) + "\"/>";
+    }
+    return xml + "</sheets></workbook>";
+}
+
+QByteArray workbookRels(qsizetype sheetCount)
+{
+    QByteArray xml = QByteArray(declaration) + "<Relationships xmlns=\"" + relsNs + "\">";
+    for (qsizetype n = 1; n <= sheetCount; ++n) {
+        xml += "<Relationship Id=\"rId" + number(n) + "\" Type=\"" + docRelsNs +
+               "/worksheet\" Target=\"worksheets/sheet" + number(n) + ".xml\"/>";
+    }
+    xml += "<Relationship Id=\"rId" + number(sheetCount + 1) + "\" Type=\"" + docRelsNs +
+           "/styles\" Target=\"styles.xml\"/>";
+    return xml + "</Relationships>";
+}
+
+QByteArray styles()
+{
+    return QByteArray(declaration) + "<styleSheet xmlns=\"" + mainNs +
+           "\"><fonts count=\"2\"><font><sz val=\"11\"/><name val=\"Calibri\"/></font><font><b/><sz "
+           "val=\"11\"/><name val=\"Calibri\"/></font></fonts><fills count=\"2\"><fill><patternFill "
+           "patternType=\"none\"/></fill><fill><patternFill patternType=\"gray125\"/></fill></fills><borders "
+           "count=\"1\"><border><left/><right/><top/><bottom/><diagonal/></border></borders><cellStyleXfs "
+           "count=\"1\"><xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/></cellStyleXfs><cellXfs "
+           "count=\"2\"><xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\"/><xf "
+           "numFmtId=\"0\" fontId=\"1\" fillId=\"0\" borderId=\"0\" xfId=\"0\" "
+           "applyFont=\"1\"/></cellXfs></styleSheet>";
+}
+
+struct ZipDiscard {
+    void operator()(zip_t *archive) const { zip_discard(archive); }
+};
+struct SourceFree {
+    void operator()(zip_source_t *source) const { zip_source_free(source); }
+};
+using ZipPtr = std::unique_ptr<zip_t, ZipDiscard>;
+using SourcePtr = std::unique_ptr<zip_source_t, SourceFree>;
+
+TabrixError zipFailure(zip_error_t *error)
+{
+    return TabrixError{QStringLiteral("zip failed (%1) %2")
+                           .arg(zip_error_code_zip(error))
+                           .arg(QString::fromUtf8(zip_error_strerror(error)))};
+}
+
+/// A zip archive of `entries` (name, bytes), built in memory. The entries' bytes must stay alive
+/// until it returns, since libzip reads them only when the archive is closed.
+Expected<QByteArray> zipInMemory(const QList<std::pair<QByteArray, QByteArray>> &entries)
+{
+    zip_error_t error;
+    zip_error_init(&error);
+    const SourcePtr buffer(zip_source_buffer_create(nullptr, 0, 0, &error));
+    if (!buffer) {
+        TabrixError failure = zipFailure(&error);
+        zip_error_fini(&error);
+        return failure;
+    }
+    ZipPtr archive(zip_open_from_source(buffer.get(), ZIP_TRUNCATE, &error));
+    if (!archive) {
+        TabrixError failure = zipFailure(&error);
+        zip_error_fini(&error);
+        return failure;
+    }
+    zip_source_keep(buffer.get()); // the archive releases its reference on close; we read it after
+
+    for (const auto &[name, bytes] : entries) {
+        zip_source_t *source =
+            zip_source_buffer(archive.get(), bytes.constData(), zip_uint64_t(bytes.size()), 0);
+        if (!source)
+            return zipFailure(zip_get_error(archive.get()));
+        if (zip_file_add(archive.get(), name.constData(), source, ZIP_FL_ENC_UTF_8) < 0) {
+            zip_source_free(source);
+            return zipFailure(zip_get_error(archive.get()));
+        }
+    }
+    if (zip_close(archive.get()) < 0)
+        return zipFailure(zip_get_error(archive.get()));
+    archive.release(); // closed and freed by zip_close
+
+    zip_stat_t stat;
+    if (zip_source_stat(buffer.get(), &stat) < 0 || zip_source_open(buffer.get()) < 0)
+        return zipFailure(zip_source_error(buffer.get()));
+    QByteArray out(qsizetype(stat.size), Qt::Uninitialized);
+    const zip_int64_t read = zip_source_read(buffer.get(), out.data(), stat.size);
+    zip_source_close(buffer.get());
+    if (read < 0 || zip_uint64_t(read) != stat.size)
+        return zipFailure(zip_source_error(buffer.get()));
+    return out;
+}
+
+} // namespace
+
+QList<Sheet> workbookSheets(const QList<const DocItem *> &docs, const QList<CustomFieldDef> &defs)
+{
+    return {{QStringLiteral("Documents"), documents(docs, defs)},
+            {QStringLiteral("Line items"), lineItems(docs)}};
+}
+
+QString colName(int index)
+{
+    QString name;
+    for (int n = index + 1; n > 0; n = (n - 1) / 26)
+        name.prepend(QChar(u'A' + (n - 1) % 26));
+    return name;
+}
+
+QString xmlEscape(const QString &text)
+{
+    QString out;
+    out.reserve(text.size());
+    for (QChar c : text) {
+        switch (c.unicode()) {
+        case u'&':
+            out += QStringLiteral("&amp;");
+            break;
+        case u'<':
+            out += QStringLiteral("&lt;");
+            break;
+        case u'>':
+            out += QStringLiteral("&gt;");
+            break;
+        case u'"':
+            out += QStringLiteral("&quot;");
+            break;
+        case u'\t':
+        case u'\n':
+        case u'\r':
+            out += c;
+            break;
+        default:
+            if (c.unicode() >= 0x20)
+                out += c;
+        }
+    }
+    return out;
+}
+
+QByteArray sheetXML(const Table &table)
+{
+    QByteArray xml = QByteArray(declaration) + "<worksheet xmlns=\"" + mainNs +
+                     "\"><sheetViews><sheetView workbookViewId=\"0\"><pane ySplit=\"1\" topLeftCell=\"A2\" "
+                     "activePane=\"bottomLeft\" state=\"frozen\"/></sheetView></sheetViews>";
+    xml += "<cols><col min=\"1\" max=\"" + number(table.headers.isEmpty() ? 1 : table.headers.size()) +
+           "\" width=\"20\" customWidth=\"1\"/></cols><sheetData>";
+
+    xml += "<row r=\"1\">";
+    for (qsizetype j = 0; j < table.headers.size(); ++j)
+        xml += inlineCell(colName(int(j)).toLatin1() + '1', 1, table.headers.at(j));
+    xml += "</row>";
+
+    for (qsizetype k = 0; k < table.rows.size(); ++k) {
+        const QByteArray r = number(k + 2);
+        xml += "<row r=\"" + r + "\">";
+        const QStringList &row = table.rows.at(k);
+        for (qsizetype j = 0; j < row.size(); ++j) {
+            const QString &cell = row.at(j);
+            if (cell.isEmpty())
+                continue;
+            const QByteArray ref = colName(int(j)).toLatin1() + r;
+            const std::optional<double> x =
+                table.numeric.contains(int(j)) ? Money::parse(cell) : std::optional<double>();
+            if (x)
+                xml += "<c r=\"" + ref + "\"><v>" + cellNumber(*x) + "</v></c>";
+            else
+                xml += inlineCell(ref, 0, cell);
+        }
+        xml += "</row>";
+    }
+    return xml + "</sheetData></worksheet>";
+}
+
+Expected<QByteArray> xlsx(const QList<Sheet> &sheets)
+{
+    QList<std::pair<QByteArray, QByteArray>> entries{
+        {"[Content_Types].xml", contentTypes(sheets.size())},
+        {"_rels/.rels", packageRels()},
+        {"xl/workbook.xml", workbook(sheets)},
+        {"xl/_rels/workbook.xml.rels", workbookRels(sheets.size())},
+        {"xl/styles.xml", styles()},
+    };
+    for (qsizetype i = 0; i < sheets.size(); ++i)
+        entries.append({"xl/worksheets/sheet" + number(i + 1) + ".xml", sheetXML(sheets.at(i).table)});
+    return zipInMemory(entries);
+}
+
+} // namespace Exporter

@@ -1,0 +1,459 @@
+#include "Store.h"
+
+#include "extract/CustomField.h"
+#include "intake/SupportedFiles.h"
+#include "model/CustomFieldCodec.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QFutureWatcher>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <QtConcurrent/QtConcurrentRun>
+#include <algorithm>
+
+namespace {
+
+const char *const noSupportedFiles =
+    "No supported files found. Tabrix reads PDF, PNG, JPEG, HEIC and TIFF files.";
+const char *const notCustomFieldsFile = "That file isn't a Tabrix custom-fields JSON file.";
+const char *const jsonFilter = "JSON (*.json)";
+
+// The tag by which a custom field remembers the definition that produced it.
+QString customSource(const CustomFieldDef &def)
+{
+    return (def.isRegex ? QStringLiteral("re|") : QStringLiteral("kw|")) + def.pattern;
+}
+
+bool writeFile(const QString &path, const QByteArray &bytes)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    file.write(bytes);
+    return file.commit();
+}
+
+} // namespace
+
+Store::Store(QObject *parent) : Store(StoreOptions{}, parent) {}
+
+Store::Store(StoreOptions options, QObject *parent)
+    : QObject(parent), m_dataFolder(std::move(options.dataFolder)), m_loader(std::move(options.loader)),
+      m_ui(options.ui)
+{
+    if (m_dataFolder.isEmpty()) {
+        m_dataFolder =
+            QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Tabrix");
+    }
+    if (!m_loader)
+        m_loader = Processing::pipelineLoader();
+    m_pool.setMaxThreadCount(1);
+    m_pool.setExpiryTimeout(-1);
+    loadCustomFields();
+}
+
+Store::~Store()
+{
+    // The running document, if any, is finished before the pool goes; its result is dropped unseen.
+    for (const QMetaObject::Connection &connection : std::as_const(m_subscriptions))
+        disconnect(connection);
+    m_pool.waitForDone();
+}
+
+DocPtr Store::doc(const QUuid &id) const
+{
+    if (id.isNull())
+        return nullptr;
+    for (const DocPtr &d : m_docs) {
+        if (d->id() == id)
+            return d;
+    }
+    return nullptr;
+}
+
+// ---- The batch --------------------------------------------------------------------------------------
+
+QStringList Store::expand(const QStringList &paths)
+{
+    return SupportedFiles::expand(paths);
+}
+
+QString Store::standardPath(const QString &path)
+{
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+}
+
+void Store::add(const QStringList &paths)
+{
+    const QStringList files = expand(paths);
+    if (files.isEmpty()) {
+        setAlertText(QString::fromUtf8(noSupportedFiles));
+        return;
+    }
+
+    QSet<QString> known;
+    for (const DocPtr &d : std::as_const(m_docs))
+        known.insert(standardPath(d->path()));
+
+    DocPtr firstNew;
+    for (const QString &file : files) {
+        const QString standard = standardPath(file);
+        if (known.contains(standard))
+            continue;
+        known.insert(standard);
+
+        auto d = std::make_shared<DocItem>(QFileInfo(file).absoluteFilePath());
+        DocItem *raw = d.get();
+        m_subscriptions.insert(d->id(), connect(raw, &DocItem::changed, this, [this, raw] {
+                                   emit docChanged(raw);
+                                   emit changed();
+                               }));
+        m_docs.append(d);
+        if (!firstNew)
+            firstNew = d;
+    }
+    if (firstNew) {
+        emit docsChanged();
+        emit changed();
+        if (m_selectedID.isNull())
+            setSelectedID(firstNew->id());
+    }
+    if (!m_processing)
+        startProcessing();
+}
+
+bool Store::handleDrop(const QList<QUrl> &urls)
+{
+    bool taken = false;
+    for (const QUrl &url : urls) {
+        if (!url.isLocalFile())
+            continue;
+        taken = true;
+        // Each dropped item is added on its own, after the drop itself has returned.
+        const QString path = url.toLocalFile();
+        QMetaObject::invokeMethod(
+            this, [this, path] { add({path}); }, Qt::QueuedConnection);
+    }
+    return taken;
+}
+
+void Store::openPanel()
+{
+    if (!m_ui)
+        return;
+    const QStringList paths =
+        m_ui->chooseFilesAndFolders(QStringLiteral("Choose invoices, receipts, forms or folders of them"));
+    if (!paths.isEmpty())
+        add(paths);
+}
+
+void Store::reprocess(const DocPtr &doc)
+{
+    if (!doc)
+        return;
+    doc->setApproved(false);
+    doc->setStatus(DocStatus::Queued);
+    doc->setProgress(0.0);
+    if (!m_processing)
+        startProcessing();
+}
+
+void Store::remove(const DocPtr &doc)
+{
+    const qsizetype i = m_docs.indexOf(doc);
+    if (!doc || i < 0)
+        return;
+    if (m_selectedID == doc->id()) {
+        if (i + 1 < m_docs.size())
+            setSelectedID(m_docs[i + 1]->id());
+        else if (i > 0)
+            setSelectedID(m_docs[i - 1]->id());
+        else
+            setSelectedID(QUuid());
+    }
+    disconnect(m_subscriptions.take(doc->id()));
+    m_docs.removeAt(i);
+    emit docsChanged();
+    emit changed();
+}
+
+void Store::clearAll()
+{
+    for (const QMetaObject::Connection &connection : std::as_const(m_subscriptions))
+        disconnect(connection);
+    m_subscriptions.clear();
+    m_docs.clear();
+    emit docsChanged();
+    emit changed();
+    setSelectedID(QUuid());
+}
+
+void Store::startProcessing()
+{
+    m_processing = true;
+    // The loop starts from the event loop, as a task of its own, not inside the caller.
+    QMetaObject::invokeMethod(this, &Store::processNext, Qt::QueuedConnection);
+}
+
+void Store::processNext()
+{
+    // The list is read afresh for every document, so additions, removals and re-reads are picked up.
+    for (const DocPtr &d : std::as_const(m_docs)) {
+        if (d->status().kind() == DocStatus::Queued) {
+            process(d);
+            return;
+        }
+    }
+    m_processing = false;
+}
+
+void Store::process(const DocPtr &doc)
+{
+    doc->setStatus(DocStatus::Reading);
+    doc->setProgress(0.02);
+
+    // Reports are posted to the main thread without waiting and hold the document weakly: the task
+    // must never own (and so never destroy) a DocItem.
+    std::weak_ptr<DocItem> weak = doc;
+    Pipeline::Report report = [weak](DocStatus::Kind status, double progress) {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [weak, status, progress] {
+                const DocPtr d = weak.lock();
+                // A report that arrives after the document left the in-progress statuses is stale.
+                if (!d || !d->status().isInProgress())
+                    return;
+                d->setProgress(progress);
+                d->setStatus(status);
+            },
+            Qt::QueuedConnection);
+    };
+
+    using Result = Expected<Processing::Loaded>;
+    auto *watcher = new QFutureWatcher<Result>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, doc] {
+        watcher->deleteLater();
+        finish(doc, watcher->result());
+    });
+    watcher->setFuture(QtConcurrent::run(
+        &m_pool, [path = doc->path(), snapshot = m_customFields, report, loader = m_loader] {
+            return Processing::run(path, snapshot, report, loader);
+        }));
+}
+
+void Store::finish(const DocPtr &doc, Expected<Processing::Loaded> result)
+{
+    if (auto *loaded = std::get_if<Processing::Loaded>(&result)) {
+        doc->pages = std::move(loaded->pages);
+        doc->rows = std::move(loaded->extraction.rows);
+        doc->setFields(loaded->extraction.fields);
+        doc->setItems(loaded->extraction.items);
+        doc->setProgress(1.0);
+        doc->setStatus(DocStatus::Ready);
+    } else {
+        doc->setProgress(1.0);
+        doc->setStatus(DocStatus::failed(std::get<TabrixError>(result).message));
+    }
+    processNext();
+}
+
+// ---- Review -----------------------------------------------------------------------------------------
+
+void Store::setSelectedID(const QUuid &id)
+{
+    if (m_selectedID == id)
+        return;
+    m_selectedID = id;
+    emit selectionChanged();
+    emit changed();
+}
+
+qsizetype Store::currentIndex() const
+{
+    if (m_selectedID.isNull())
+        return -1;
+    for (qsizetype i = 0; i < m_docs.size(); ++i) {
+        if (m_docs[i]->id() == m_selectedID)
+            return i;
+    }
+    return -1;
+}
+
+DocPtr Store::selected() const
+{
+    const qsizetype i = currentIndex();
+    return i < 0 ? nullptr : m_docs[i];
+}
+
+QList<DocPtr> Store::approvedDocs() const
+{
+    QList<DocPtr> approved;
+    for (const DocPtr &d : m_docs) {
+        if (d->approved())
+            approved.append(d);
+    }
+    return approved;
+}
+
+bool Store::canGoPrevious() const
+{
+    return currentIndex() > 0;
+}
+
+bool Store::canGoNext() const
+{
+    const qsizetype i = currentIndex();
+    return i >= 0 && i < m_docs.size() - 1;
+}
+
+QString Store::position() const
+{
+    const qsizetype i = currentIndex();
+    if (i < 0)
+        return QString();
+    return QString::number(i + 1) + QStringLiteral(" of ") + QString::number(m_docs.size());
+}
+
+void Store::move(int delta)
+{
+    if (m_docs.isEmpty())
+        return;
+    const qsizetype target = std::clamp<qsizetype>(currentIndex() + delta, 0, m_docs.size() - 1);
+    setSelectedID(m_docs[target]->id());
+    setHighlightKey(QString());
+}
+
+void Store::approveAndNext()
+{
+    const DocPtr d = selected();
+    if (!d || d->status().kind() != DocStatus::Ready)
+        return;
+    d->setApproved(true);
+    move(+1);
+}
+
+void Store::approveAllReady()
+{
+    for (const DocPtr &d : std::as_const(m_docs)) {
+        if (d->status().kind() == DocStatus::Ready)
+            d->setApproved(true);
+    }
+}
+
+void Store::setHighlightKey(const QString &key)
+{
+    if (m_highlightKey == key)
+        return;
+    m_highlightKey = key;
+    emit highlightKeyChanged();
+    emit changed();
+}
+
+void Store::setTargeted(bool targeted)
+{
+    if (m_isTargeted == targeted)
+        return;
+    m_isTargeted = targeted;
+    emit targetedChanged();
+    emit changed();
+}
+
+void Store::setAlertText(const QString &text)
+{
+    if (m_alertText == text)
+        return;
+    m_alertText = text;
+    emit alertTextChanged();
+    emit changed();
+}
+
+// ---- Custom field definitions -----------------------------------------------------------------------
+
+void Store::setCustomFields(const QList<CustomFieldDef> &defs)
+{
+    m_customFields = defs;
+    saveCustomFields();
+    emit customFieldsChanged();
+    emit changed();
+}
+
+QString Store::customFieldsPath() const
+{
+    QDir().mkpath(m_dataFolder);
+    return m_dataFolder + QStringLiteral("/custom-fields.json");
+}
+
+void Store::loadCustomFields()
+{
+    QFile file(customFieldsPath());
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    // A corrupt file is left alone until the next change overwrites it.
+    if (const auto defs = CustomFieldCodec::decode(file.readAll()))
+        setCustomFields(*defs);
+}
+
+void Store::saveCustomFields() const
+{
+    writeFile(customFieldsPath(), CustomFieldCodec::encode(m_customFields));
+}
+
+void Store::syncCustomFields()
+{
+    for (const DocPtr &d : std::as_const(m_docs)) {
+        if (d->status().kind() != DocStatus::Ready)
+            continue;
+        QList<Field> fields;
+        for (const Field &f : d->fields()) {
+            if (!f.isCustom)
+                fields.append(f);
+        }
+        for (const CustomFieldDef &def : std::as_const(m_customFields)) {
+            const QString key = uuidText(def.id);
+            const QString source = customSource(def);
+            const auto existing = std::find_if(d->fields().cbegin(), d->fields().cend(), [&](const Field &f) {
+                return f.isCustom && f.key == key && f.source == source;
+            });
+            if (existing != d->fields().cend()) {
+                // Same definition, maybe renamed: keep the value and any hand correction.
+                Field kept = *existing;
+                kept.label = def.name.isEmpty() ? QStringLiteral("Custom field") : def.name;
+                fields.append(kept);
+            } else {
+                fields.append(Extractor::extractCustom(def, d->rows));
+            }
+        }
+        d->setFields(fields);
+    }
+}
+
+void Store::exportCustomFields()
+{
+    if (!m_ui)
+        return;
+    const QString path =
+        m_ui->chooseFileToSave(QStringLiteral("tabrix-custom-fields.json"), QString::fromLatin1(jsonFilter));
+    if (!path.isEmpty())
+        writeFile(path, CustomFieldCodec::encode(m_customFields));
+}
+
+void Store::importCustomFields()
+{
+    if (!m_ui)
+        return;
+    const QString path = m_ui->chooseFileToOpen(QString::fromLatin1(jsonFilter));
+    if (path.isEmpty())
+        return;
+    QFile file(path);
+    const auto defs =
+        file.open(QIODevice::ReadOnly) ? CustomFieldCodec::decode(file.readAll()) : std::nullopt;
+    if (!defs) {
+        setAlertText(QString::fromUtf8(notCustomFieldsFile));
+        return;
+    }
+    setCustomFields(*defs);
+    syncCustomFields();
+}

@@ -1,0 +1,37 @@
+#include "export/SaveFile.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+}
+
+// A save replaces the file's whole content and leaves no temporary file beside it.
+TEST(SaveFile, ReplacesExistingFile)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("out.csv"));
+    ASSERT_FALSE(Exporter::saveFile(path, "first, longer content"));
+    ASSERT_FALSE(Exporter::saveFile(path, "second"));
+    EXPECT_EQ(readAll(path), QByteArray("second"));
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList({"out.csv"}));
+}
+
+// A destination that cannot be written gives an error with the system's reason and creates nothing.
+TEST(SaveFile, ReportsFailure)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("missing/out.json"));
+    const std::optional<TabrixError> error = Exporter::saveFile(path, "x");
+    ASSERT_TRUE(error);
+    EXPECT_FALSE(error->message.isEmpty());
+    EXPECT_FALSE(QFile::exists(path));
+}
+
+} // namespace

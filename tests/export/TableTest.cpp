@@ -1,0 +1,83 @@
+#include "export/Table.h"
+#include "ExportFixtures.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QUuid poId("{11111111-2222-4333-8444-555555555555}");
+const QUuid refId("{aaaaaaaa-bbbb-4ccc-8ddd-eeeeeeeeeeee}");
+
+// Per-document rows carry the standard values, the item count and custom columns keyed by upper-case id;
+// missing fields are empty cells, unnamed and same-named definitions still get their own columns.
+TEST(ExportTables, DocumentsShape)
+{
+    const auto first = makeDoc(QStringLiteral("/in/a b/inv-1.pdf"),
+                               {{"vendor", "ACME"},
+                                {"total", "12.50"},
+                                {"total", "99.00"},
+                                {uuidText(poId), "PO-7"},
+                                {poId.toString(), "braced id is not the key"}},
+                               {makeItem("x", "1", "2", "2"), makeItem("y", "", "", "3")});
+    const auto second = makeDoc(QStringLiteral("/in/scan.png"), {{"dueDate", "2024-02-01"}});
+    const QList<CustomFieldDef> defs{{poId, QStringLiteral("PO"), QStringLiteral("PO"), false},
+                                     {refId, QString(), QStringLiteral("Ref"), false},
+                                     {QUuid::createUuid(), QStringLiteral("PO"), QStringLiteral("x"), true}};
+
+    const Table table = Exporter::documents({first.get(), second.get()}, defs);
+    EXPECT_EQ(table.headers,
+              QStringList({"File", "Vendor", "Number", "Date", "Due date", "Currency", "Subtotal", "Tax",
+                           "Total", "Line items", "PO", "Custom field", "PO"}));
+    ASSERT_EQ(table.rows.size(), 2);
+    EXPECT_EQ(table.rows[0],
+              QStringList({"inv-1.pdf", "ACME", "", "", "", "", "", "", "12.50", "2", "PO-7", "", ""}));
+    EXPECT_EQ(table.rows[1],
+              QStringList({"scan.png", "", "", "", "2024-02-01", "", "", "", "", "0", "", "", ""}));
+    EXPECT_EQ(table.numeric, QSet<int>({6, 7, 8, 9}));
+}
+
+// Line-item rows: one per item numbered from 1 with the total repeated; an item-less document keeps one row.
+TEST(ExportTables, LineItemsShape)
+{
+    const auto withItems = makeDoc(
+        QStringLiteral("/in/a.pdf"),
+        {{"vendor", "V"}, {"number", "N1"}, {"date", "2024-01-02"}, {"currency", "EUR"}, {"total", "9.00"}},
+        {makeItem("one", "1", "2.00", "2.00"), makeItem("two", "", "", "3.00"),
+         makeItem("three", "2", "2", "4")});
+    const auto without = makeDoc(QStringLiteral("/in/b.pdf"), {{"total", "5.00"}, {"tax", "1.00"}});
+
+    const Table table = Exporter::lineItems({withItems.get(), without.get()});
+    EXPECT_EQ(table.headers,
+              QStringList({"File", "Vendor", "Number", "Date", "Currency", "Line", "Description", "Quantity",
+                           "Unit price", "Amount", "Document total"}));
+    const QList<QStringList> expected{
+        {"a.pdf", "V", "N1", "2024-01-02", "EUR", "1", "one", "1", "2.00", "2.00", "9.00"},
+        {"a.pdf", "V", "N1", "2024-01-02", "EUR", "2", "two", "", "", "3.00", "9.00"},
+        {"a.pdf", "V", "N1", "2024-01-02", "EUR", "3", "three", "2", "2", "4", "9.00"},
+        {"b.pdf", "", "", "", "", "", "", "", "", "", "5.00"}};
+    EXPECT_EQ(table.rows, expected);
+    EXPECT_EQ(table.numeric, QSet<int>({5, 7, 8, 9, 10}));
+}
+
+// No documents: both shapes are the header row alone; the per-document shape still has custom columns.
+TEST(ExportTables, EmptyInput)
+{
+    const Table documents =
+        Exporter::documents({}, {{refId, QStringLiteral("Ref"), QStringLiteral("r"), false}});
+    EXPECT_EQ(documents.headers.size(), 11);
+    EXPECT_TRUE(documents.rows.isEmpty());
+    const Table items = Exporter::lineItems({});
+    EXPECT_EQ(items.headers.size(), 11);
+    EXPECT_TRUE(items.rows.isEmpty());
+}
+
+// The layout picker offers the two layouts in order with their captions.
+TEST(ExportTables, LayoutCaptions)
+{
+    QStringList captions;
+    for (RowLayout layout : allRowLayouts())
+        captions.append(rowLayoutCaption(layout));
+    EXPECT_EQ(captions, QStringList({"One row per document", "One row per line item"}));
+}
+
+} // namespace

@@ -1,0 +1,206 @@
+#include "export/Xlsx.h"
+#include "ExportFixtures.h"
+
+#include <QMap>
+#include <gtest/gtest.h>
+#include <zip.h>
+
+namespace {
+
+const QByteArray decl = R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>)";
+const QByteArray sheetHead =
+    decl + R"(<worksheet xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main"><sheetViews>)"
+           R"(<sheetView workbookViewId="0"><pane ySplit="1" topLeftCell="A2" activePane="bottomLeft" )"
+           R"(state="frozen"/></sheetView></sheetViews>)";
+
+QByteArray header(const char *ref, const char *text)
+{
+    return QByteArray(R"(<c r=")") + ref + R"(" t="inlineStr" s="1"><is><t xml:space="preserve">)" + text +
+           "</t></is></c>";
+}
+
+QByteArray text(const char *ref, const char *text)
+{
+    return QByteArray(R"(<c r=")") + ref + R"(" t="inlineStr" s="0"><is><t xml:space="preserve">)" + text +
+           "</t></is></c>";
+}
+
+QByteArray number(const char *ref, const char *value)
+{
+    return QByteArray(R"(<c r=")") + ref + R"("><v>)" + value + "</v></c>";
+}
+
+/// Every entry of a zip archive held in memory, by name; empty when it does not open.
+QMap<QByteArray, QByteArray> unzip(const QByteArray &archiveBytes)
+{
+    QMap<QByteArray, QByteArray> entries;
+    zip_error_t error;
+    zip_error_init(&error);
+    zip_source_t *source = zip_source_buffer_create(archiveBytes.constData(), archiveBytes.size(), 0, &error);
+    zip_t *archive = source ? zip_open_from_source(source, ZIP_RDONLY | ZIP_CHECKCONS, &error) : nullptr;
+    zip_error_fini(&error);
+    if (!archive) {
+        zip_source_free(source);
+        return entries;
+    }
+    for (zip_int64_t i = 0; i < zip_get_num_entries(archive, 0); ++i) {
+        zip_stat_t stat;
+        zip_stat_index(archive, zip_uint64_t(i), 0, &stat);
+        QByteArray data(qsizetype(stat.size), Qt::Uninitialized);
+        zip_file_t *file = zip_fopen_index(archive, zip_uint64_t(i), 0);
+        const zip_int64_t read = file ? zip_fread(file, data.data(), stat.size) : -1;
+        if (file)
+            zip_fclose(file);
+        entries.insert(stat.name, read == zip_int64_t(stat.size) ? data : QByteArray("<unreadable>"));
+    }
+    zip_close(archive);
+    return entries;
+}
+
+// Bijective base-26 column letters.
+TEST(ExportXlsx, ColumnNames)
+{
+    const QList<QPair<int, QString>> cases{{0, "A"},    {25, "Z"},    {26, "AA"}, {27, "AB"},
+                                           {701, "ZZ"}, {702, "AAA"}, {-1, ""}};
+    for (const auto &[index, name] : cases)
+        EXPECT_EQ(Exporter::colName(index), name) << index;
+}
+
+// Markup characters become entities, the apostrophe stays, controls other than tab/LF/CR vanish.
+TEST(ExportXlsx, XmlEscape)
+{
+    EXPECT_EQ(Exporter::xmlEscape("R&D <Ltd>"), QStringLiteral("R&amp;D &lt;Ltd&gt;"));
+    EXPECT_EQ(Exporter::xmlEscape(QStringLiteral("\"O'Neil\"\t\n\r é")),
+              QStringLiteral("&quot;O'Neil&quot;\t\n\r é"));
+    const QString controls = QStringLiteral("a") + QChar(0x0c) + u'b' + QChar(0) + u'c' + QChar(0x1f) + u'd';
+    EXPECT_EQ(Exporter::xmlEscape(controls), QStringLiteral("abcd"));
+}
+
+// A worksheet byte for byte: bold inline headers, numbers (".0" on whole ones) only in numeric columns
+// whose text parses, inline text otherwise, no element for empty cells, every row written.
+TEST(ExportXlsx, SheetXml)
+{
+    const Table table{{"File", "Total", "Note"},
+                      {{"a.pdf", "1,234.56", ""}, {"", "abc", "x'y & <z>"}, {"b", "100", "12"}, {"", "", ""}},
+                      {1}};
+    const QByteArray expected =
+        sheetHead + R"(<cols><col min="1" max="3" width="20" customWidth="1"/></cols><sheetData>)" +
+        R"(<row r="1">)" + header("A1", "File") + header("B1", "Total") + header("C1", "Note") + "</row>" +
+        R"(<row r="2">)" + text("A2", "a.pdf") + number("B2", "1234.56") + "</row>" + R"(<row r="3">)" +
+        text("B3", "abc") + text("C3", "x'y &amp; &lt;z&gt;") + "</row>" + R"(<row r="4">)" +
+        text("A4", "b") + number("B4", "100.0") + text("C4", "12") + "</row>" + R"(<row r="5"></row>)" +
+        "</sheetData></worksheet>";
+    EXPECT_EQ(Exporter::sheetXML(table), expected);
+}
+
+// Without headers the column element still spans one column and the header row is empty; wide tables
+// reach two-letter references.
+TEST(ExportXlsx, SheetEdges)
+{
+    EXPECT_EQ(Exporter::sheetXML(Table{}),
+              sheetHead + R"(<cols><col min="1" max="1" width="20" customWidth="1"/></cols><sheetData>)"
+                          R"(<row r="1"></row></sheetData></worksheet>)");
+
+    Table wide;
+    for (int j = 0; j < 28; ++j)
+        wide.headers.append(QString::number(j));
+    wide.rows = {QStringList(28, QString()), QStringList(28, QString()), QStringList(28, QString()),
+                 QStringList(28, QStringLiteral("v"))};
+    const QByteArray xml = Exporter::sheetXML(wide);
+    EXPECT_TRUE(xml.contains(text("AB5", "v"))) << xml.constData();
+    EXPECT_TRUE(xml.contains(header("A1", "0")));
+}
+
+// The package holds exactly the workbook parts with their exact XML; one document without items gives
+// a "Line items" row with only its prefix and a numeric document total.
+TEST(ExportXlsx, PackageParts)
+{
+    const auto doc = makeDoc(QStringLiteral("/in/R&D.pdf"), {{"vendor", "R&D <Ltd>"}, {"total", "42.00"}});
+    const QList<Exporter::Sheet> sheets = Exporter::workbookSheets({doc.get()}, {});
+    const Expected<QByteArray> bytes = Exporter::xlsx(sheets);
+    ASSERT_TRUE(std::holds_alternative<QByteArray>(bytes));
+    const QMap<QByteArray, QByteArray> parts = unzip(std::get<QByteArray>(bytes));
+
+    EXPECT_EQ(parts.keys(),
+              QList<QByteArray>({"[Content_Types].xml", "_rels/.rels", "xl/_rels/workbook.xml.rels",
+                                 "xl/styles.xml", "xl/workbook.xml", "xl/worksheets/sheet1.xml",
+                                 "xl/worksheets/sheet2.xml"}));
+    const QByteArray ct = "application/vnd.openxmlformats-officedocument.spreadsheetml.";
+    EXPECT_EQ(
+        parts["[Content_Types].xml"],
+        decl +
+            R"(<Types xmlns="http://schemas.openxmlformats.org/package/2006/content-types">)"
+            R"(<Default Extension="rels" ContentType="application/vnd.openxmlformats-package.relationships+xml"/>)"
+            R"(<Default Extension="xml" ContentType="application/xml"/>)"
+            R"(<Override PartName="/xl/workbook.xml" ContentType=")" +
+            ct + R"(sheet.main+xml"/><Override PartName="/xl/styles.xml" ContentType=")" + ct +
+            R"(styles+xml"/><Override PartName="/xl/worksheets/sheet1.xml" ContentType=")" + ct +
+            R"(worksheet+xml"/><Override PartName="/xl/worksheets/sheet2.xml" ContentType=")" + ct +
+            R"(worksheet+xml"/></Types>)");
+    const QByteArray rel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
+    EXPECT_EQ(parts["_rels/.rels"],
+              decl +
+                  R"(<Relationships xmlns="http://schemas.openxmlformats.org/package/2006/relationships">)"
+                  R"(<Relationship Id="rId1" Type=")" +
+                  rel + R"(/officeDocument" Target="xl/workbook.xml"/></Relationships>)");
+    EXPECT_EQ(parts["xl/workbook.xml"],
+              decl +
+                  R"(<workbook xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main" xmlns:r=")" +
+                  rel +
+                  R"("><sheets><sheet name="Documents" sheetId="1" r:id="rId1"/>)"
+                  R"(<sheet name="Line items" sheetId="2" r:id="rId2"/></sheets></workbook>)");
+    EXPECT_EQ(parts["xl/_rels/workbook.xml.rels"],
+              decl +
+                  R"(<Relationships xmlns="http://schemas.openxmlformats.org/package/2006/relationships">)"
+                  R"(<Relationship Id="rId1" Type=")" +
+                  rel + R"(/worksheet" Target="worksheets/sheet1.xml"/><Relationship Id="rId2" Type=")" +
+                  rel + R"(/worksheet" Target="worksheets/sheet2.xml"/><Relationship Id="rId3" Type=")" +
+                  rel + R"(/styles" Target="styles.xml"/></Relationships>)");
+    EXPECT_EQ(
+        parts["xl/styles.xml"],
+        decl +
+            R"(<styleSheet xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main">)"
+            R"(<fonts count="2"><font><sz val="11"/><name val="Calibri"/></font><font><b/><sz val="11"/>)"
+            R"(<name val="Calibri"/></font></fonts><fills count="2"><fill><patternFill patternType="none"/>)"
+            R"(</fill><fill><patternFill patternType="gray125"/></fill></fills><borders count="1"><border>)"
+            R"(<left/><right/><top/><bottom/><diagonal/></border></borders><cellStyleXfs count="1">)"
+            R"(<xf numFmtId="0" fontId="0" fillId="0" borderId="0"/></cellStyleXfs><cellXfs count="2">)"
+            R"(<xf numFmtId="0" fontId="0" fillId="0" borderId="0" xfId="0"/><xf numFmtId="0" fontId="1" )"
+            R"(fillId="0" borderId="0" xfId="0" applyFont="1"/></cellXfs></styleSheet>)");
+    EXPECT_EQ(parts["xl/worksheets/sheet1.xml"], Exporter::sheetXML(sheets[0].table));
+    const QByteArray lineItems = parts["xl/worksheets/sheet2.xml"];
+    EXPECT_TRUE(lineItems.endsWith(R"(<row r="2">)" + text("A2", "R&amp;D.pdf") +
+                                   text("B2", "R&amp;D &lt;Ltd&gt;") + number("K2", "42.0") +
+                                   "</row></sheetData></worksheet>"))
+        << lineItems.constData();
+}
+
+// Python's zipfile and XML parser accept the package: intact archive, well-formed parts, sheet names.
+TEST(ExportXlsx, PythonReadsItBack)
+{
+    const auto doc = makeDoc(QStringLiteral("/in/a.pdf"),
+                             {{"vendor", QStringLiteral("Zoë \"Q\" <&> \x01")}, {"total", "7"}},
+                             {makeItem("x", "1", "7", "7")});
+    const Expected<QByteArray> bytes = Exporter::xlsx(Exporter::workbookSheets({doc.get()}, {}));
+    ASSERT_TRUE(std::holds_alternative<QByteArray>(bytes));
+    QString error;
+    const QByteArray out =
+        runPython(QStringLiteral(
+                      "import io, sys, zipfile, xml.etree.ElementTree as ET\n"
+                      "z = zipfile.ZipFile(io.BytesIO(sys.stdin.buffer.read()))\n"
+                      "assert z.testzip() is None\n"
+                      "ns = {'m': 'http://schemas.openxmlformats.org/spreadsheetml/2006/main'}\n"
+                      "trees = {n: ET.fromstring(z.read(n)) for n in z.namelist()}\n"
+                      "print([s.get('name') for s in trees['xl/workbook.xml'].iter('{%s}sheet' % ns['m'])])\n"
+                      "cells = trees['xl/worksheets/sheet1.xml'].findall('.//m:row[@r=\"2\"]/m:c', ns)\n"
+                      "print([(c.get('r'), c.findtext('m:v', None, ns) or c.findtext('m:is/m:t', None, ns)) "
+                      "for c in cells])"),
+                  std::get<QByteArray>(bytes), &error);
+    if (out.isNull())
+        GTEST_SKIP() << error.toStdString();
+    EXPECT_EQ(QString::fromUtf8(out),
+              QStringLiteral("['Documents', 'Line items']\n"
+                             "[('A2', 'a.pdf'), ('B2', 'Zoë \"Q\" <&> '), ('I2', '7.0'), ('J2', '1.0')]\n"));
+}
+
+} // namespace
