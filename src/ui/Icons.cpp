@@ -5,6 +5,7 @@
 #include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
+#include <QPixmapCache>
 #include <QSvgRenderer>
 
 // Resources of a static library are registered by name; the function must sit outside any namespace.
@@ -78,6 +79,11 @@ QPixmap pixmap(const QString &name, int size, const QColor &color, qreal dpr)
 {
     if (size <= 0)
         return {};
+    // Queue rows draw their icons on every repaint; parse and render each variant once.
+    const QString key = QStringLiteral("tabrix-icon/%1/%2/%3/%4").arg(name).arg(size).arg(color.rgba()).arg(dpr);
+    QPixmap cached;
+    if (QPixmapCache::find(key, &cached))
+        return cached;
     QSvgRenderer renderer(resourcePath(name));
     if (!renderer.isValid())
         return {};
@@ -93,6 +99,7 @@ QPixmap pixmap(const QString &name, int size, const QColor &color, qreal dpr)
     painter.end();
     QPixmap pm = QPixmap::fromImage(image);
     pm.setDevicePixelRatio(dpr);
+    QPixmapCache::insert(key, pm);
     return pm;
 }
 
