@@ -1,13 +1,99 @@
 #include "CustomField.h"
 
+#include "Regex.h"
+
 namespace Extractor {
 
-Field extractCustom(const CustomFieldDef &def, const QList<Row> &)
+namespace {
+
+// What may sit between a keyword and its value: "PO Number: 4711", "Ref # 12", "Code = X".
+QString trimLabelPunctuation(const QString &text)
+{
+    const auto isPunct = [](QChar c) {
+        return c == u' ' || c == u':' || c == u'#' || c == u'=' || c == u'-' || c == u'\t';
+    };
+    qsizetype from = 0;
+    qsizetype to = text.size();
+    while (from < to && isPunct(text[from]))
+        ++from;
+    while (to > from && isPunct(text[to - 1]))
+        --to;
+    return text.mid(from, to - from);
+}
+
+void byKeyword(const QString &keyword, const QList<Row> &rows, Field &field)
+{
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        const Row &row = rows[i];
+        const qsizetype at = row.text.indexOf(keyword, 0, Qt::CaseInsensitive);
+        if (at < 0)
+            continue;
+        const qsizetype end = at + keyword.size();
+        const QString candidate = trimLabelPunctuation(row.text.mid(end));
+        if (!candidate.isEmpty()) {
+            field.value = candidate;
+            field.confidence = 0.75;
+            field.box = row.box(TextRange{end, row.text.size() - end});
+        } else if (i + 1 < rows.size()) {
+            // A label alone on its row: the value stands on the row below.
+            const Row &next = rows[i + 1];
+            field.value = next.text;
+            field.confidence = 0.55;
+            field.box = PageBox{next.page, next.rect};
+        }
+        return;
+    }
+}
+
+// Group 1 when the pattern has one and it took part, else the whole match.
+TextRange chosenRange(const Regex &rx, const Regex::Match &m)
+{
+    return rx.groupCount() >= 1 && m.has(1) ? m.range(1) : m.range();
+}
+
+void byPattern(const QString &pattern, const QList<Row> &rows, Field &field)
+{
+    const auto rx = Regex::tryCompile(pattern);
+    if (!rx)
+        return;
+    for (const Row &row : rows) {
+        if (const auto m = rx->match(row.text)) {
+            const TextRange range = chosenRange(*rx, *m);
+            field.value = row.text.mid(range.loc, range.len).trimmed();
+            field.confidence = 0.85;
+            field.box = row.box(range);
+            return;
+        }
+    }
+    // Nothing within one row: let the pattern span rows.
+    QStringList texts;
+    texts.reserve(rows.size());
+    for (const Row &row : rows)
+        texts.append(row.text);
+    const QString joined = texts.join(u'\n');
+    if (const auto m = rx->match(joined)) {
+        const TextRange range = chosenRange(*rx, *m);
+        field.value = joined.mid(range.loc, range.len).trimmed();
+        field.confidence = 0.7;
+    }
+}
+
+} // namespace
+
+Field extractCustom(const CustomFieldDef &def, const QList<Row> &rows)
 {
     Field field =
         emptyField(uuidText(def.id), def.name.isEmpty() ? QStringLiteral("Custom field") : def.name);
     field.isCustom = true;
     field.source = (def.isRegex ? QStringLiteral("re|") : QStringLiteral("kw|")) + def.pattern;
+
+    const QString pattern = def.pattern.trimmed();
+    if (pattern.isEmpty())
+        return field;
+    if (def.isRegex)
+        byPattern(pattern, rows, field);
+    else
+        byKeyword(pattern, rows, field);
     return field;
 }
 

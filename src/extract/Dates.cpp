@@ -1,11 +1,205 @@
 #include "Dates.h"
 
+#include "DateDetector.h"
+#include "Regex.h"
+#include "model/Money.h"
+
 namespace Extractor {
 
-std::pair<Field, Field> findDates(const QList<Row> &)
+namespace {
+
+using DateDetector::Order;
+
+const Regex &dateLabel()
 {
-    return {emptyField(QStringLiteral("date"), QStringLiteral("Date")),
-            emptyField(QStringLiteral("dueDate"), QStringLiteral("Due date"))};
+    static const Regex rx(
+        QStringLiteral(R"(due\s*date|payment\s*due|pay(?:able)?\s*by|\bdue\b|)"
+                       R"((?:invoice|issue|order|billing|bill|receipt|purchase)?\s*date|issued|dated)"));
+    return rx;
+}
+
+// The only filter against spurious detections: weekday names, relative words and bare times have no
+// digits beside a month or three numeric parts.
+const Regex &dateShape()
+{
+    static const Regex rx(QStringLiteral(
+        R"(\d{1,4}[/.\-]\d{1,2}[/.\-]\d{1,4}|(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec)[a-z]*\.?\s+\d{1,2}|)"
+        R"(\d{1,2}(?:st|nd|rd|th)?\s+(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec))"));
+    return rx;
+}
+
+const Regex &netTerms()
+{
+    static const Regex rx(QStringLiteral(R"(\bnet\s*(\d{1,3})\b)"));
+    return rx;
+}
+
+const Regex &dueOnReceipt()
+{
+    static const Regex rx(QStringLiteral(R"(due\s*(?:on|upon)\s*receipt)"));
+    return rx;
+}
+
+enum Kind { Issue = 0, Due = 1 };
+
+struct DateHit {
+    int kind = Issue;
+    QDate date;
+    double conf = 0;
+    PageBox box;
+};
+
+struct LabelMark {
+    qsizetype loc = 0;
+    int kind = Issue;
+};
+
+// Detected dates of each row that have a date's shape, left to right.
+using RowDates = QList<QList<DateDetector::Match>>;
+
+RowDates detectDates(const QList<Row> &rows, Order order, const QDate &today)
+{
+    RowDates all;
+    all.reserve(rows.size());
+    for (const Row &row : rows) {
+        QList<DateDetector::Match> dates;
+        for (const DateDetector::Match &m : DateDetector::find(row.text, order, today)) {
+            if (dateShape().contains(row.text.mid(m.range.loc, m.range.len)))
+                dates.append(m);
+        }
+        all.append(dates);
+    }
+    return all;
+}
+
+// One order per document: the locale's, unless the numeric dates that read one way only mostly read
+// the other way (a receipt printing 23/01/2018 also means 02/01/2018 day first).
+Order documentOrder(const RowDates &dates, Order localeOrder)
+{
+    int agree = 0;
+    int disagree = 0;
+    for (const auto &row : dates) {
+        for (const DateDetector::Match &m : row) {
+            if (m.onlyOrder)
+                ++(*m.onlyOrder == localeOrder ? agree : disagree);
+        }
+    }
+    if (disagree > agree)
+        return localeOrder == Order::DayFirst ? Order::MonthFirst : Order::DayFirst;
+    return localeOrder;
+}
+
+QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates)
+{
+    QList<DateHit> hits;
+    QList<int> carried;
+    for (qsizetype r = 0; r < rows.size(); ++r) {
+        const Row &row = rows[r];
+        const QList<DateDetector::Match> &dates = rowDates[r];
+        // Labels matter only to this row's dates or, carried, to the next row's: skip the search
+        // otherwise (the carried list would be cleared by the next row anyway).
+        if (dates.isEmpty() && (r + 1 == rows.size() || rowDates[r + 1].isEmpty())) {
+            carried.clear();
+            continue;
+        }
+        QList<LabelMark> marks;
+        for (const Regex::Match &m : dateLabel().matchAll(row.text)) {
+            const QString label = m.captured(row.text).toLower();
+            const bool due = label.contains(QLatin1String("due")) || label.contains(QLatin1String("by"));
+            marks.append(LabelMark{m.range().loc, due ? Due : Issue});
+        }
+        for (qsizetype i = 0; i < dates.size(); ++i) {
+            DateHit hit{Issue, dates[i].date, 0.55, row.box(dates[i].range)};
+            const LabelMark *nearest = nullptr;
+            for (const LabelMark &mark : marks) {
+                if (mark.loc < dates[i].range.loc)
+                    nearest = &mark;
+            }
+            if (nearest) {
+                hit.kind = nearest->kind;
+                hit.conf = 0.9;
+            } else if (marks.isEmpty() && i < carried.size()) {
+                // A row of labels stacked above a row of dates: the i-th date takes the i-th label.
+                hit.kind = carried[i];
+                hit.conf = 0.8;
+            }
+            hits.append(hit);
+        }
+        carried.clear();
+        if (dates.isEmpty()) {
+            for (const LabelMark &mark : marks)
+                carried.append(mark.kind);
+        }
+    }
+    return hits;
+}
+
+const DateHit *bestOfKind(const QList<DateHit> &hits, int kind)
+{
+    const DateHit *best = nullptr;
+    for (const DateHit &hit : hits) {
+        if (hit.kind == kind && (!best || hit.conf > best->conf))
+            best = &hit;
+    }
+    return best;
+}
+
+void fill(Field &field, const DateHit &hit)
+{
+    field.value = fmtDate(hit.date);
+    field.confidence = hit.conf;
+    field.box = hit.box;
+}
+
+} // namespace
+
+std::pair<Field, Field> findDates(const QList<Row> &rows)
+{
+    return findDates(rows, Money::userLocale(), QDate::currentDate());
+}
+
+std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale, const QDate &today)
+{
+    Field date = emptyField(QStringLiteral("date"), QStringLiteral("Date"));
+    Field dueDate = emptyField(QStringLiteral("dueDate"), QStringLiteral("Due date"));
+
+    const Order localeOrder = DateDetector::orderFor(locale);
+    RowDates dates = detectDates(rows, localeOrder, today);
+    const Order order = documentOrder(dates, localeOrder);
+    if (order != localeOrder)
+        dates = detectDates(rows, order, today);
+    const QList<DateHit> hits = collectHits(rows, dates);
+    const DateHit *issue = bestOfKind(hits, Issue);
+    const DateHit *due = bestOfKind(hits, Due);
+    if (issue)
+        fill(date, *issue);
+    if (due) {
+        fill(dueDate, *due);
+    } else if (issue) {
+        QStringList texts;
+        texts.reserve(rows.size());
+        for (const Row &row : rows)
+            texts.append(row.text);
+        const QString doc = texts.join(u'\n');
+        bool parsed = false;
+        int days = 0;
+        if (const auto m = netTerms().match(doc))
+            days = m->captured(doc, 1).toInt(&parsed);
+        const QDate termsDate = parsed ? issue->date.addDays(days) : QDate();
+        if (termsDate.isValid()) {
+            dueDate.value = fmtDate(termsDate);
+            dueDate.confidence = 0.45;
+        } else if (dueOnReceipt().contains(doc)) {
+            dueDate.value = fmtDate(issue->date);
+            dueDate.confidence = 0.5;
+        }
+    }
+    return {date, dueDate};
+}
+
+QString fmtDate(const QDate &date)
+{
+    return date.toString(Qt::ISODate);
 }
 
 } // namespace Extractor

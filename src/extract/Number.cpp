@@ -1,10 +1,145 @@
 #include "Number.h"
 
+#include "Patterns.h"
+#include "Regex.h"
+
+#include <algorithm>
+
 namespace Extractor {
 
-Field findNumber(const QList<Row> &)
+namespace {
+
+// The separator class holds ":", "#", ".", "-" and an en dash.
+const Regex &numLabel()
 {
-    return emptyField(QStringLiteral("number"), QStringLiteral("Invoice / receipt no."));
+    static const Regex rx(QStringLiteral(
+        R"(\b(invoice|receipt|inv(?=[\s#.:])|bill|order|ref(?:erence)?|document|doc|confirmation|transaction|)"
+        R"(ticket|form)\s*(?:(?:no|num|number|nr|id)\b\.?|#)?\s*[:#.\-)"
+        "\u2013"
+        R"(]?\s*([A-Z0-9][A-Z0-9\-/_.]{2,24}))"));
+    return rx;
+}
+
+const Regex &numPrefixed()
+{
+    static const Regex rx(QStringLiteral(R"(\b((?:INV|RCPT|REC|BILL|PO|SO)[-_/]?\d{3,}[A-Z0-9\-]*)\b)"),
+                          false);
+    return rx;
+}
+
+const Regex &numStacked()
+{
+    static const Regex rx(
+        QStringLiteral(R"((?:invoice|receipt|bill|order)\s*(?:no|num|number|nr|id|#)\.?\s*:?\s*$)"));
+    return rx;
+}
+
+const Regex &hashNumber()
+{
+    static const Regex rx(QStringLiteral(R"(#\s*(\d{3,}))"));
+    return rx;
+}
+
+const Regex &numberWord()
+{
+    static const Regex rx(QStringLiteral(R"((no|num|number|nr|id)\b)"));
+    return rx;
+}
+
+bool hasDigit(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isNumber(); });
+}
+
+QString trimSeparators(const QString &text)
+{
+    const auto isSeparator = [](QChar c) { return c == u'.' || c == u'-' || c == u'/' || c == u'_'; };
+    qsizetype from = 0;
+    qsizetype to = text.size();
+    while (from < to && isSeparator(text[from]))
+        ++from;
+    while (to > from && isSeparator(text[to - 1]))
+        --to;
+    return text.mid(from, to - from);
+}
+
+double labelConfidence(const QString &keyword)
+{
+    const QString k = keyword.toLower();
+    if (k == QLatin1String("invoice") || k == QLatin1String("receipt") || k == QLatin1String("inv"))
+        return 0.85;
+    if (k == QLatin1String("order") || k == QLatin1String("transaction"))
+        return 0.6;
+    return 0.7;
+}
+
+// The best candidate so far; an equal confidence never replaces, so the earliest proposal wins.
+struct Best {
+    QString value;
+    double confidence = -1;
+    PageBox box;
+
+    void offer(const QString &v, double c, const PageBox &b)
+    {
+        if (confidence < 0 || c > confidence) {
+            value = v;
+            confidence = c;
+            box = b;
+        }
+    }
+};
+
+void offerLabelled(const Row &row, Best &best)
+{
+    for (const Regex::Match &m : numLabel().matchAll(row.text)) {
+        if (!m.has(2))
+            continue;
+        const QString value = trimSeparators(m.captured(row.text, 2));
+        if (!hasDigit(value) || Patterns::dateOnly().contains(value))
+            continue;
+        double confidence = labelConfidence(m.captured(row.text, 1));
+        const QString whole = m.captured(row.text);
+        if (whole.contains(u':') || whole.contains(u'#') || numberWord().contains(whole))
+            confidence += 0.07;
+        best.offer(value, confidence, row.box(m.range(2)));
+    }
+}
+
+void offerStacked(const QList<Row> &rows, qsizetype i, Best &best)
+{
+    if (!numStacked().contains(rows[i].text) || i + 1 >= rows.size())
+        return;
+    const Row &next = rows[i + 1];
+    if (next.page != rows[i].page || next.lines.isEmpty())
+        return;
+    const TextLine &line = next.lines.first();
+    const QStringList pieces = line.text.split(u' ', Qt::SkipEmptyParts);
+    const QString token = pieces.isEmpty() ? QString() : pieces.first();
+    if (hasDigit(token) && !Patterns::dateOnly().contains(token))
+        best.offer(token, 0.7, PageBox{line.page, line.rect});
+}
+
+} // namespace
+
+Field findNumber(const QList<Row> &rows)
+{
+    Field field = emptyField(QStringLiteral("number"), QStringLiteral("Invoice / receipt no."));
+    Best best;
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        const Row &row = rows[i];
+        offerLabelled(row, best);
+        if (const auto m = numPrefixed().match(row.text))
+            best.offer(m->captured(row.text, 1), 0.72, row.box(m->range(1)));
+        offerStacked(rows, i, best);
+        if (const auto m = hashNumber().match(row.text))
+            best.offer(m->captured(row.text, 1), 0.45, row.box(m->range(1)));
+    }
+    if (best.confidence < 0)
+        return field;
+    field.value = best.value;
+    field.confidence = std::min(best.confidence, 0.95);
+    field.box = best.box;
+    return field;
 }
 
 } // namespace Extractor

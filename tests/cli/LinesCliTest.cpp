@@ -32,7 +32,7 @@ TEST(LinesCli, ExtractsFromStandardInput)
     EXPECT_EQ(total.value("value").toString(), QStringLiteral("12.00"));
     EXPECT_EQ(total.value("box").toObject().value("page").toInt(), 0);
     EXPECT_EQ(total.value("box").toObject().value("rect").toArray().size(), 4);
-    EXPECT_TRUE(fieldNamed(result, "vendor").value("box").isNull());
+    EXPECT_TRUE(fieldNamed(result, "dueDate").value("box").isNull());
 
     const QJsonArray items = result.value("items").toArray();
     ASSERT_EQ(items.size(), 1);

@@ -4,8 +4,15 @@
 #include "model/Row.h"
 
 #include <QStringList>
+#include <ostream>
 
-// Small builders for extractor tests: rows laid out top to bottom, member lines left to right.
+// Readable QString values in assertion failures.
+inline void PrintTo(const QString &text, std::ostream *os)
+{
+    *os << '"' << text.toStdString() << '"';
+}
+
+// Small builders for extractor tests.
 namespace RowFixtures {
 
 inline TextLine line(const QString &text, double x, double y, double w = 0.1, double h = 0.02, int page = 0)
@@ -29,6 +36,21 @@ inline Extractor::Scan scan(const QList<QStringList> &table)
     for (qsizetype i = 0; i < table.size(); ++i)
         rows.append(row(table[i], 0.1 + 0.03 * double(i)));
     return Extractor::scanRows(rows);
+}
+
+/// One line as wide as its text at 0.01 per character, so that boxes are easy to predict.
+inline TextLine lineOf(const QString &text, double x, double y, int page = 0, double height = 0.02)
+{
+    return TextLine{text, QRectF(x, y, 0.01 * double(std::max<qsizetype>(text.size(), 1)), height), page};
+}
+
+/// One single-line row per text, stacked down the page 0.05 apart.
+inline QList<Row> rowsOf(const QStringList &texts, int page = 0)
+{
+    QList<Row> rows;
+    for (qsizetype i = 0; i < texts.size(); ++i)
+        rows.append(Row(page, {lineOf(texts[i], 0.1, 0.05 + 0.05 * double(i), page)}));
+    return rows;
 }
 
 } // namespace RowFixtures

@@ -1,0 +1,100 @@
+#include "extract/CustomField.h"
+#include "RowFixtures.h"
+
+#include <gtest/gtest.h>
+
+using RowFixtures::rowsOf;
+
+namespace {
+
+CustomFieldDef def(const QString &pattern, bool isRegex, const QString &name = QStringLiteral("PO"))
+{
+    return CustomFieldDef{QUuid::createUuid(), name, pattern, isRegex};
+}
+
+struct Case {
+    const char *name;
+    const char *pattern;
+    bool isRegex;
+    QStringList rows;
+    const char *value;
+    double confidence;
+    int boxRow; ///< row whose box is expected, -1 for none
+};
+
+void PrintTo(const Case &c, std::ostream *os)
+{
+    *os << c.name;
+}
+
+class CustomCases : public testing::TestWithParam<Case> {};
+
+// Keyword and pattern modes: value, confidence and which row the box comes from.
+TEST_P(CustomCases, Extracts)
+{
+    const Case &c = GetParam();
+    const QList<Row> rows = rowsOf(c.rows);
+    const Field field = Extractor::extractCustom(def(QString::fromUtf8(c.pattern), c.isRegex), rows);
+    EXPECT_EQ(field.value, QString::fromUtf8(c.value));
+    EXPECT_DOUBLE_EQ(field.confidence, c.confidence);
+    ASSERT_EQ(field.box.has_value(), c.boxRow >= 0);
+    if (c.boxRow >= 0) {
+        EXPECT_EQ(field.box->rect.y(), rows[c.boxRow].rect.y());
+    }
+}
+
+const Case cases[] = {
+    {"Keyword", "PO Number", false, {"Total 5", "PO Number: 4711-A"}, "4711-A", 0.75, 1},
+    {"KeywordCaseInsensitive", "po number", false, {"PO NUMBER = 88 #"}, "88", 0.75, 0},
+    {"KeywordTrimmed", "  Project ", false, {"Project:\tApollo"}, "Apollo", 0.75, 0},
+    {"KeywordValueBelow", "Project", false, {"Project:", "Apollo rollout"}, "Apollo rollout", 0.55, 1},
+    {"KeywordOnLastRow", "Project", false, {"Project: -"}, "", 0, -1},
+    {"FirstKeywordRowOnly", "Project", false, {"Project", "Apollo", "Project: Zeus"}, "Apollo", 0.55, 1},
+    {"KeywordMissing", "Project", false, {"Nothing here"}, "", 0, -1},
+    {"RegexGroup", R"(PO[- ]?(\d+))", true, {"Ref PO-1234"}, "1234", 0.85, 0},
+    {"RegexWhole", R"(PO-\d+)", true, {"Ref PO-1234"}, "PO-1234", 0.85, 0},
+    {"RegexCaseInsensitive", R"(po-\d+)", true, {"Ref PO-1234"}, "PO-1234", 0.85, 0},
+    {"RegexUnusedGroup", R"(PO-(\d+)|REF-\d+)", true, {"REF-77"}, "REF-77", 0.85, 0},
+    {"RegexFirstMatchingRow", R"(\d{4})", true, {"abc", "x 2024 y 2025", "1999"}, "2024", 0.85, 1},
+    {"RegexEmptyMatch", R"(x*)", true, {"abc"}, "", 0.85, 0},
+    {"RegexAcrossRows", R"(Project\s+(\w+))", true, {"Project", "Apollo"}, "Apollo", 0.7, -1},
+    {"RegexInvalid", "(", true, {"((("}, "", 0, -1},
+    {"RegexNoMatch", R"(\d+)", true, {"none"}, "", 0, -1},
+    {"BlankPattern", "   ", false, {"anything"}, "", 0, -1},
+    {"NoRows", "PO", false, {}, "", 0, -1},
+};
+
+INSTANTIATE_TEST_SUITE_P(Table, CustomCases, testing::ValuesIn(cases),
+                         [](const auto &info) { return std::string(info.param.name); });
+
+// Key, label and source identify the definition; the source keeps the pattern untrimmed.
+TEST(CustomField, Identity)
+{
+    const CustomFieldDef keyword = def(QStringLiteral(" PO Number "), false, QString());
+    const Field field = Extractor::extractCustom(keyword, {});
+    EXPECT_EQ(field.key, keyword.id.toString(QUuid::WithoutBraces).toUpper());
+    EXPECT_EQ(field.label, QStringLiteral("Custom field"));
+    EXPECT_EQ(field.source, QStringLiteral("kw| PO Number "));
+    EXPECT_TRUE(field.isCustom);
+    EXPECT_FALSE(field.edited);
+    EXPECT_EQ(Extractor::extractCustom(def(QStringLiteral("a|b"), true), {}).source,
+              QStringLiteral("re|a|b"));
+}
+
+// A keyword value is boxed from just after the keyword to the end of the row.
+TEST(CustomField, KeywordBox)
+{
+    const QList<Row> rows = rowsOf({"PO Number: 4711-A"});
+    const Field field = Extractor::extractCustom(def(QStringLiteral("PO Number"), false), rows);
+    EXPECT_EQ(field.box, rows[0].box(TextRange{9, 8}));
+}
+
+// A pattern's box covers the chosen group, untrimmed.
+TEST(CustomField, RegexBox)
+{
+    const QList<Row> rows = rowsOf({"Ref PO-1234"});
+    const Field field = Extractor::extractCustom(def(QStringLiteral(R"(PO-(\s*\d+))"), true), rows);
+    EXPECT_EQ(field.box, rows[0].box(TextRange{7, 4}));
+}
+
+} // namespace

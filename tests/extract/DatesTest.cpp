@@ -1,0 +1,137 @@
+#include "extract/Dates.h"
+#include "RowFixtures.h"
+
+#include <gtest/gtest.h>
+
+using RowFixtures::rowsOf;
+
+namespace {
+
+const QLocale us(QLocale::English, QLocale::UnitedStates);
+const QLocale uk(QLocale::English, QLocale::UnitedKingdom);
+const QDate today(2025, 6, 15);
+
+std::pair<Field, Field> datesOf(const QStringList &texts, const QLocale &locale = us)
+{
+    return Extractor::findDates(rowsOf(texts), locale, today);
+}
+
+// Each date takes the kind of the label just before it, at 0.9, with its own box.
+TEST(Dates, InlineLabelsClassifyEachDate)
+{
+    const QString text = QStringLiteral("Invoice Date: 03/04/2024   Due Date: 04/04/2024");
+    const QList<Row> rows = rowsOf({text});
+    const auto [date, due] = Extractor::findDates(rows, us, today);
+    EXPECT_EQ(date.key, QStringLiteral("date"));
+    EXPECT_EQ(date.label, QStringLiteral("Date"));
+    EXPECT_EQ(date.value, QStringLiteral("2024-03-04"));
+    EXPECT_DOUBLE_EQ(date.confidence, 0.9);
+    EXPECT_EQ(date.box, rows[0].box(TextRange{text.indexOf(u'0'), 10}));
+    EXPECT_EQ(due.key, QStringLiteral("dueDate"));
+    EXPECT_EQ(due.label, QStringLiteral("Due date"));
+    EXPECT_EQ(due.value, QStringLiteral("2024-04-04"));
+    EXPECT_DOUBLE_EQ(due.confidence, 0.9);
+    EXPECT_EQ(due.box, rows[0].box(TextRange{text.lastIndexOf(QStringLiteral("04/04")), 10}));
+
+    // The British user reads the ambiguous issue date day first.
+    EXPECT_EQ(datesOf({text}, uk).first.value, QStringLiteral("2024-04-03"));
+}
+
+struct Case {
+    const char *name;
+    QStringList rows;
+    const char *date;
+    double dateConf;
+    const char *due;
+    double dueConf;
+};
+
+void PrintTo(const Case &c, std::ostream *os)
+{
+    *os << c.name;
+}
+
+class DateCases : public testing::TestWithParam<Case> {};
+
+// Label classification, stacked labels, confidences and due dates derived from terms.
+TEST_P(DateCases, FindsIssueAndDue)
+{
+    const Case &c = GetParam();
+    const auto [date, due] = datesOf(c.rows);
+    EXPECT_EQ(date.value, QString::fromLatin1(c.date));
+    EXPECT_DOUBLE_EQ(date.confidence, c.dateConf);
+    EXPECT_EQ(due.value, QString::fromLatin1(c.due));
+    EXPECT_DOUBLE_EQ(due.confidence, c.dueConf);
+}
+
+const Case cases[] = {
+    {"StackedLabels",
+     {"Invoice Date    Due Date", "03/04/2024   04/05/2024"},
+     "2024-03-04",
+     0.8,
+     "2024-04-05",
+     0.8},
+    {"StackedLabelsTwoRowsAbove",
+     {"Invoice Date    Due Date", "Acme", "03/04/2024   04/05/2024"},
+     "2024-03-04",
+     0.55,
+     "",
+     0},
+    {"DateRowWithOwnLabel",
+     {"Invoice Date    Due Date", "03/04/2024  Dated 04/05/2024"},
+     "2024-04-05",
+     0.9,
+     "",
+     0},
+    {"UnlabelledIsIssue", {"Acme Ltd 01/02/2024"}, "2024-01-02", 0.55, "", 0},
+    {"LabelledBeatsEarlierUnlabelled", {"01/02/2024", "Invoice date: 03/02/2024"}, "2024-03-02", 0.9, "", 0},
+    {"TieGoesToEarliest", {"Date 01/02/2024", "Date 03/02/2024"}, "2024-01-02", 0.9, "", 0},
+    {"PayByIsDue", {"Date 1 Mar 2024", "Pay by 5 Mar 2024"}, "2024-03-01", 0.9, "2024-03-05", 0.9},
+    {"PayableByIsDue", {"Payable by: March 31, 2024"}, "", 0, "2024-03-31", 0.9},
+    {"NetTerms", {"Invoice date 2024-01-15", "Terms: Net 30"}, "2024-01-15", 0.9, "2024-02-14", 0.45},
+    {"NetTermsAcrossYear", {"Date 2024-12-15", "net30"}, "2024-12-15", 0.9, "2025-01-14", 0.45},
+    {"DueOnReceipt", {"Date: Jan 15 2024", "Payment due upon receipt"}, "2024-01-15", 0.9, "2024-01-15", 0.5},
+    {"DueHitBeatsTerms",
+     {"Date 2024-01-15", "Due 2024-03-01", "Net 30"},
+     "2024-01-15",
+     0.9,
+     "2024-03-01",
+     0.9},
+    {"NetThousandIsNoTerm", {"Date 2024-01-15", "Net 1000"}, "2024-01-15", 0.9, "", 0},
+    {"TermsNeedIssueDate", {"Net 30"}, "", 0, "", 0},
+    {"WeekdayAndRelativeWordsAreNoDates", {"Date: Tuesday", "Due tomorrow"}, "", 0, "", 0},
+    {"MonthDayWithoutYear", {"Date March 5", "Due 5th Mar"}, "2025-03-05", 0.9, "2025-03-05", 0.9},
+    {"DashedMonthNameHasNoDateShape", {"Date 05-Mar-2024"}, "", 0, "", 0},
+    {"NoRows", {}, "", 0, "", 0},
+};
+
+INSTANTIATE_TEST_SUITE_P(Table, DateCases, testing::ValuesIn(cases),
+                         [](const auto &info) { return std::string(info.param.name); });
+
+// One order per document: a date that only reads day first switches an American document to day
+// first, and a date that only reads month first switches a British one.
+TEST(Dates, DocumentOrderFollowsUnambiguousDates)
+{
+    EXPECT_EQ(datesOf({"Date 02/01/2018", "Printed 23/01/2018"}, us).first.value,
+              QStringLiteral("2018-01-02"));
+    EXPECT_EQ(datesOf({"Date 02/01/2018", "Printed 12/23/2018"}, uk).first.value,
+              QStringLiteral("2018-02-01"));
+    // Without contrary evidence the locale decides.
+    EXPECT_EQ(datesOf({"Date 02/01/2018"}, us).first.value, QStringLiteral("2018-02-01"));
+    EXPECT_EQ(datesOf({"Date 02/01/2018"}, uk).first.value, QStringLiteral("2018-01-02"));
+    // Evidence both ways that does not outweigh the locale leaves it in charge.
+    EXPECT_EQ(datesOf({"Date 02/01/2018", "23/01/2018", "01/23/2018"}, us).first.value,
+              QStringLiteral("2018-02-01"));
+}
+
+// The date text is ASCII year-month-day whatever the default locale.
+TEST(Dates, FmtDateIgnoresLocale)
+{
+    const QLocale saved;
+    QLocale::setDefault(QLocale(QLocale::Arabic, QLocale::Egypt));
+    EXPECT_EQ(Extractor::fmtDate(QDate(2024, 3, 4)), QStringLiteral("2024-03-04"));
+    EXPECT_EQ(Extractor::fmtDate(QDate(999, 12, 31)), QStringLiteral("0999-12-31"));
+    QLocale::setDefault(saved);
+}
+
+} // namespace
