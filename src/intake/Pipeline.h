@@ -4,30 +4,52 @@
 #include "model/PageData.h"
 #include "model/TabrixError.h"
 
+#include <QImage>
 #include <QList>
 #include <QString>
 #include <functional>
+
+namespace Ocr {
+class Engine;
+}
 
 /// Loading documents: files to pages with text lines. Runs on any thread; touches no shared state.
 namespace Pipeline {
 
 /// Progress callback: the in-progress status (Reading or Recognizing) and a fraction 0…1.
-/// Called from the loading thread; the receiver posts it to wherever it is needed.
+/// Called from the loading threads, possibly two at once, and must return at once; the receiver posts it
+/// to wherever it is needed. May be empty.
 using Report = std::function<void(DocStatus::Kind status, double progress)>;
 
 struct LoadOptions {
     /// False where no one will look at the pages (the CLI): pages with enough digital text are not
     /// rasterised and PageData::image stays null. Pages that need recognition are still rendered for OCR.
     bool renderImages = true;
+    /// The recogniser; null means each loading thread's own Tesseract engine (Ocr::threadEngine).
+    /// One passed in is used from the calling thread only, so its PDF pages are read one at a time.
+    Ocr::Engine *ocr = nullptr;
+    /// Threads reading the pages of one PDF: the calling one plus helpers from the global thread pool, taken
+    /// only when free at once. 0: as many as the machine has cores. The batch command, which already reads
+    /// several documents at once, passes 1.
+    int threads = 0;
 };
 
-/// Loads a PDF: at most 40 pages, digital text where a page has at least 25 characters, OCR otherwise.
+/// Loads a PDF: at most 40 pages, each rendered at 2400 px on its longer side (at most 4× magnified),
+/// digital text where an upright page has at least 25 characters of it, recognition otherwise.
+/// Fails with "Can't open PDF", "PDF is password protected", "PDF has no pages", "Couldn't render PDF
+/// pages" or the recogniser's "Text recognition failed: …".
 Expected<QList<PagePtr>> loadPDF(const QString &path, const LoadOptions &options, const Report &report);
 
-/// Loads a PNG, JPEG, TIFF (at most 30 frames) or HEIC/HEIF image and recognises its text.
+/// Loads a PNG, JPEG, TIFF (at most 30 frames) or HEIC/HEIF image, upright and at most 3000 px on its
+/// longer side, and recognises its text. Fails with "Can't open image", "Image has no frames",
+/// "Couldn't decode image" or the recogniser's "Text recognition failed: …".
 Expected<QList<PagePtr>> loadImage(const QString &path, const LoadOptions &options, const Report &report);
 
-/// loadPDF for ".pdf", loadImage for the other supported extensions.
+/// loadPDF for ".pdf", loadImage for the image extensions, "Unsupported file type" otherwise
+/// (extensions compared lower-cased).
 Expected<QList<PagePtr>> load(const QString &path, const LoadOptions &options, const Report &report);
+
+/// The text lines of `image` as the calling thread's Tesseract engine reads them, each tagged with `page`.
+Expected<QList<TextLine>> ocr(const QImage &image, int page);
 
 } // namespace Pipeline

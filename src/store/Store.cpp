@@ -1,5 +1,10 @@
 #include "Store.h"
 
+#include "export/Csv.h"
+#include "export/ExportText.h"
+#include "export/JsonExport.h"
+#include "export/SaveFile.h"
+#include "export/Xlsx.h"
 #include "extract/CustomField.h"
 #include "intake/SupportedFiles.h"
 #include "model/CustomFieldCodec.h"
@@ -9,7 +14,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFutureWatcher>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QtConcurrent/QtConcurrentRun>
 #include <algorithm>
@@ -25,15 +29,6 @@ const char *const jsonFilter = "JSON (*.json)";
 QString customSource(const CustomFieldDef &def)
 {
     return (def.isRegex ? QStringLiteral("re|") : QStringLiteral("kw|")) + def.pattern;
-}
-
-bool writeFile(const QString &path, const QByteArray &bytes)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(bytes);
-    return file.commit();
 }
 
 } // namespace
@@ -76,19 +71,9 @@ DocPtr Store::doc(const QUuid &id) const
 
 // ---- The batch --------------------------------------------------------------------------------------
 
-QStringList Store::expand(const QStringList &paths)
-{
-    return SupportedFiles::expand(paths);
-}
-
-QString Store::standardPath(const QString &path)
-{
-    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-}
-
 void Store::add(const QStringList &paths)
 {
-    const QStringList files = expand(paths);
+    const QStringList files = Pipeline::expand(paths);
     if (files.isEmpty()) {
         setAlertText(QString::fromUtf8(noSupportedFiles));
         return;
@@ -96,11 +81,11 @@ void Store::add(const QStringList &paths)
 
     QSet<QString> known;
     for (const DocPtr &d : std::as_const(m_docs))
-        known.insert(standardPath(d->path()));
+        known.insert(Pipeline::standardPath(d->path()));
 
     DocPtr firstNew;
     for (const QString &file : files) {
-        const QString standard = standardPath(file);
+        const QString standard = Pipeline::standardPath(file);
         if (known.contains(standard))
             continue;
         known.insert(standard);
@@ -370,6 +355,99 @@ void Store::setAlertText(const QString &text)
     emit changed();
 }
 
+// ---- Exports ----------------------------------------------------------------------------------------
+
+void Store::setLayout(RowLayout layout)
+{
+    if (m_layout == layout)
+        return;
+    m_layout = layout;
+    emit layoutChanged();
+    emit changed();
+}
+
+QList<const DocItem *> Store::approvedForExport() const
+{
+    QList<const DocItem *> docs;
+    for (const DocPtr &d : m_docs) {
+        if (d->approved())
+            docs.append(d.get());
+    }
+    return docs;
+}
+
+Table Store::table() const
+{
+    const QList<const DocItem *> docs = approvedForExport();
+    return m_layout == RowLayout::perDocument ? Exporter::documents(docs, m_customFields)
+                                              : Exporter::lineItems(docs);
+}
+
+void Store::save(const QString &name, const QString &filter,
+                 const std::function<std::optional<TabrixError>(const QString &path)> &write)
+{
+    if (!m_ui)
+        return;
+    const QString path = m_ui->chooseFileToSave(name, filter);
+    if (path.isEmpty())
+        return;
+    if (const auto error = write(path))
+        setAlertText(ExportText::exportFailed(error->message));
+}
+
+void Store::exportCSV()
+{
+    if (approvedForExport().isEmpty()) {
+        setAlertText(ExportText::nothingApproved());
+        return;
+    }
+    // Built before the dialog opens: the file holds the documents as they were when asked for.
+    const QByteArray bytes = Exporter::csv(table()).toUtf8();
+    save(ExportText::csvFileName(m_layout), QStringLiteral("CSV (*.csv)"),
+         [&](const QString &path) { return Exporter::saveFile(path, bytes); });
+}
+
+void Store::copyTSV()
+{
+    const QList<const DocItem *> docs = approvedForExport();
+    if (docs.isEmpty()) {
+        setAlertText(ExportText::nothingApproved());
+        return;
+    }
+    if (m_ui)
+        m_ui->setClipboardText(Exporter::tsv(table()));
+    setAlertText(ExportText::copied(docs.size()));
+}
+
+void Store::exportJSON()
+{
+    const QList<const DocItem *> docs = approvedForExport();
+    if (docs.isEmpty()) {
+        setAlertText(ExportText::nothingApproved());
+        return;
+    }
+    const QByteArray bytes = Exporter::json(docs, m_customFields);
+    save(ExportText::jsonFileName(), QString::fromLatin1(jsonFilter),
+         [&](const QString &path) { return Exporter::saveFile(path, bytes); });
+}
+
+void Store::exportXLSX()
+{
+    const QList<const DocItem *> docs = approvedForExport();
+    if (docs.isEmpty()) {
+        setAlertText(ExportText::nothingApproved());
+        return;
+    }
+    const QList<Exporter::Sheet> sheets = Exporter::workbookSheets(docs, m_customFields);
+    save(ExportText::xlsxFileName(), QStringLiteral("Excel workbook (*.xlsx)"),
+         [&](const QString &path) -> std::optional<TabrixError> {
+             Expected<QByteArray> workbook = Exporter::xlsx(sheets);
+             if (const auto *error = std::get_if<TabrixError>(&workbook))
+                 return *error;
+             return Exporter::saveFile(path, std::get<QByteArray>(workbook));
+         });
+}
+
 // ---- Custom field definitions -----------------------------------------------------------------------
 
 void Store::setCustomFields(const QList<CustomFieldDef> &defs)
@@ -398,7 +476,7 @@ void Store::loadCustomFields()
 
 void Store::saveCustomFields() const
 {
-    writeFile(customFieldsPath(), CustomFieldCodec::encode(m_customFields));
+    Exporter::saveFile(customFieldsPath(), CustomFieldCodec::encode(m_customFields));
 }
 
 void Store::syncCustomFields()
@@ -437,7 +515,7 @@ void Store::exportCustomFields()
     const QString path =
         m_ui->chooseFileToSave(QStringLiteral("tabrix-custom-fields.json"), QString::fromLatin1(jsonFilter));
     if (!path.isEmpty())
-        writeFile(path, CustomFieldCodec::encode(m_customFields));
+        Exporter::saveFile(path, CustomFieldCodec::encode(m_customFields));
 }
 
 void Store::importCustomFields()

@@ -4,6 +4,7 @@
 #include "DocPtr.h"
 #include "Processing.h"
 #include "StoreUi.h"
+#include "export/Table.h"
 
 #include <QHash>
 #include <QList>
@@ -60,15 +61,8 @@ public:
     /// True while the processing loop runs (from add/reprocess until no document is queued).
     bool isProcessing() const { return m_processing; }
 
-    /// The supported files among and below `paths` (folders walked recursively, hidden items skipped,
-    /// each folder's files in natural order), top-level order kept. Missing paths are skipped.
-    static QStringList expand(const QStringList &paths);
-
-    /// The form paths are compared in to tell whether a file is already in the batch: absolute, with
-    /// "." and ".." removed. Symbolic links are not resolved.
-    static QString standardPath(const QString &path);
-
-    /// Adds files and folders: expands them, skips files already in the batch, appends one queued
+    /// Adds files and folders: expands them (Pipeline::expand), skips files already in the batch
+    /// (compared by Pipeline::standardPath: absolute, cleaned, symlinks not resolved), appends one queued
     /// document per new file, selects the first new one if nothing is selected, and starts the
     /// processing loop. When nothing supported is found, sets the "No supported files found…" alert.
     void add(const QStringList &paths);
@@ -134,6 +128,26 @@ public:
     void setAlertText(const QString &text);
     void clearAlert() { setAlertText(QString()); }
 
+    // ---- Exports -------------------------------------------------------------------------------------
+    // Each writes the approved documents only, in batch order, and reports through alertText: with
+    // nothing approved, "Approve at least one document first. Only approved documents are exported.";
+    // a failed write, "Export failed: " + the reason. A cancelled save dialog is silent, and so is success
+    // (except the clipboard copy, which always says what it copied).
+
+    /// The table shape CSV and TSV use; starts as perDocument, not saved.
+    RowLayout layout() const { return m_layout; }
+    void setLayout(RowLayout layout);
+    /// CSV of the current layout to a file the user picks ("tabrix-documents.csv" or
+    /// "tabrix-line-items.csv" proposed).
+    void exportCSV();
+    /// Tab-separated text of the current layout to the clipboard.
+    void copyTSV();
+    /// JSON of the documents with their custom fields ("tabrix-export.json" proposed).
+    void exportJSON();
+    /// Excel workbook with a "Documents" and a "Line items" sheet, whatever the layout
+    /// ("tabrix-export.xlsx" proposed).
+    void exportXLSX();
+
     // ---- Custom field definitions -------------------------------------------------------------------
 
     /// The definitions in the order their fields appear in documents and exports.
@@ -164,6 +178,7 @@ signals:
     void targetedChanged();
     void alertTextChanged();
     void customFieldsChanged();
+    void layoutChanged();
 
 private:
     void startProcessing();
@@ -173,6 +188,11 @@ private:
     void loadCustomFields();
     void saveCustomFields() const;
     qsizetype currentIndex() const;
+    QList<const DocItem *> approvedForExport() const;
+    Table table() const;
+    /// Asks for a location (proposing `name`) and runs `write` on it; a failure becomes the alert.
+    void save(const QString &name, const QString &filter,
+              const std::function<std::optional<TabrixError>(const QString &path)> &write);
 
     QString m_dataFolder;
     Processing::Loader m_loader;
@@ -183,6 +203,7 @@ private:
     QString m_highlightKey;
     bool m_isTargeted = false;
     QString m_alertText;
+    RowLayout m_layout = RowLayout::perDocument;
     QList<CustomFieldDef> m_customFields;
     QHash<QUuid, QMetaObject::Connection> m_subscriptions;
     bool m_processing = false;

@@ -4,82 +4,52 @@
 
 namespace {
 
-struct Doc {
-    Doc(QString vendor, QString number, QString total, QString currency = {}, QString subtotal = {},
-        QString tax = {}, DocStatus::Kind status = DocStatus::Ready, bool approved = false)
-        : vendor(vendor), number(number), total(total), currency(currency), subtotal(subtotal), tax(tax),
-          status(status), approved(approved)
-    {
-    }
-    QString vendor, number, total, currency, subtotal, tax;
-    DocStatus::Kind status;
-    bool approved;
-};
-
-QList<DocPtr> makeDocs(const QList<Doc> &specs)
+/// A document with the given values of vendor, number, total, currency, subtotal and tax.
+DocPtr doc(const QStringList &values, DocStatus::Kind status = DocStatus::Ready, bool approved = false)
 {
-    QList<DocPtr> docs;
-    for (const Doc &s : specs) {
-        auto d = std::make_shared<DocItem>(QStringLiteral("/tmp/x.pdf"));
-        QList<Field> fields;
-        auto add = [&](const char *key, const QString &value) {
-            if (!value.isNull())
-                fields.append(Field{QString::fromLatin1(key), QString(), value, 0.9, false, {}, false, {}});
-        };
-        add("vendor", s.vendor);
-        add("number", s.number);
-        add("currency", s.currency);
-        add("subtotal", s.subtotal);
-        add("tax", s.tax);
-        add("total", s.total);
-        d->setFields(fields);
-        d->setStatus(s.status);
-        d->setApproved(s.approved);
-        docs.append(d);
+    static const char *const keys[] = {"vendor", "number", "total", "currency", "subtotal", "tax"};
+    auto d = std::make_shared<DocItem>(QStringLiteral("/tmp/x.pdf"));
+    QList<Field> fields;
+    for (qsizetype i = 0; i < values.size(); ++i) {
+        fields.append(emptyField(QString::fromLatin1(keys[i]), QString()));
+        fields.last().value = values[i];
     }
-    return docs;
+    d->setFields(fields);
+    d->setStatus(status);
+    d->setApproved(approved);
+    return d;
 }
 
-struct DuplicateCase {
-    const char *what;
-    QList<Doc> docs;
-    QList<int> expected; ///< indices of the documents reported
-};
-
-// Duplicates need equal vendor and number (case and outer spaces ignored) and equal totals to the cent,
-// among ready documents only; every member of a group is reported.
+// Duplicates need equal vendor and number (case and outer spaces ignored, both non-empty) and totals
+// equal to the cent, among ready documents only; every member of a group is reported.
 TEST(BatchSummary, DuplicateIDs)
 {
-    const DuplicateCase cases[] = {
-        {"same totals written differently",
-         {{"Acme", "42", "10.00"}, {"Acme", "42", "10"}, {"Acme", "42", "10.01"}},
+    const struct {
+        const char *what;
+        QList<DocPtr> docs;
+        QList<int> expected;
+    } cases[] = {
+        {"totals written differently",
+         {doc({"Acme", "42", "10.00"}), doc({"Acme", "42", "10"}), doc({"Acme", "42", "10.01"})},
          {0, 1}},
-        {"case and outer spaces",
-         {{"ACME Ltd ", "INV-001", "1,250.00"}, {"acme ltd", "inv-001", "1250"}},
+        {"case and spaces",
+         {doc({"ACME Ltd ", "INV-001", "1,250.00"}), doc({"acme ltd", "inv-001", "1250"})},
          {0, 1}},
-        {"inner spelling differs", {{"Acme", "INV-001", "5"}, {"Acme", "INV 001", "5"}}, {}},
-        {"empty number, empty vendor, unreadable total",
-         {{"Acme", "", "5"},
-          {"Acme", "", "5"},
-          {"", "7", "5"},
-          {"", "7", "5"},
-          {"B", "1", "n/a"},
-          {"B", "1", "n/a"}},
-         {}},
-        {"one still being read",
-         {{"Acme", "42", "10", {}, {}, {}, DocStatus::Reading}, {"Acme", "42", "10"}},
-         {}},
+        {"inner spelling", {doc({"Acme", "INV-001", "5"}), doc({"Acme", "INV 001", "5"})}, {}},
+        {"empty number", {doc({"Acme", "", "5"}), doc({"Acme", "", "5"})}, {}},
+        {"empty vendor", {doc({"", "7", "5"}), doc({"", "7", "5"})}, {}},
+        {"unreadable total", {doc({"B", "1", "n/a"}), doc({"B", "1", "n/a"})}, {}},
+        {"one still read", {doc({"Acme", "42", "10"}, DocStatus::Reading), doc({"Acme", "42", "10"})}, {}},
         {"three of a kind",
-         {{"A", "1", "3"}, {"B", "1", "3"}, {"A", "1", "3.00"}, {"A", "1", "3"}},
+         {doc({"A", "1", "3"}), doc({"B", "1", "3"}), doc({"A", "1", "3.00"}), doc({"A", "1", "3"})},
          {0, 2, 3}},
         {"empty batch", {}, {}},
     };
-    for (const DuplicateCase &c : cases) {
-        const QList<DocPtr> docs = makeDocs(c.docs);
+    for (const auto &c : cases) {
         QSet<QUuid> expected;
         for (int i : c.expected)
-            expected.insert(docs[i]->id());
-        EXPECT_EQ(BatchSummary::duplicateIDs(docs), expected) << c.what;
+            expected.insert(c.docs[i]->id());
+        EXPECT_EQ(BatchSummary::duplicateIDs(c.docs), expected) << c.what;
     }
 }
 
@@ -87,24 +57,19 @@ TEST(BatchSummary, DuplicateIDs)
 // only, treat unreadable amounts as 0 and add approved totals separately.
 TEST(BatchSummary, CurrencyTotals)
 {
-    const QList<DocPtr> docs = makeDocs({
-        {"", "", "10.00", "usd", "8.00", "2.00", DocStatus::Ready, true},
-        {"", "", "5.50", " USD", "", "", DocStatus::Ready, false},
-        {"", "", "1.25", "USD", "oops", "0.25", DocStatus::Ready, true},
-        {"", "", "100", "", "", "", DocStatus::Ready, false},
-        {"", "", "7", "EUR", "", "", DocStatus::Ready, false},
-        {"", "", "999", "EUR", "", "", DocStatus::Failed, true},
-        {"", "", "999", "GBP", "", "", DocStatus::Extracting, true},
-    });
-    const QList<CurrencyTotals> expected = {
-        {"EUR", 0, 0, 7, 0},
-        {"USD", 8, 2.25, 16.75, 11.25},
-        {"—", 0, 0, 100, 0},
+    const QList<DocPtr> docs = {
+        doc({"", "", "10.00", "usd", "8.00", "2.00"}, DocStatus::Ready, true),
+        doc({"", "", "5.50", " USD"}),
+        doc({"", "", "1.25", "USD", "oops", "0.25"}, DocStatus::Ready, true),
+        doc({"", "", "100"}),
+        doc({"", "", "7", "EUR"}),
+        doc({"", "", "999", "EUR"}, DocStatus::Failed, true),
+        doc({"", "", "999", "GBP"}, DocStatus::Extracting, true),
     };
+    const QList<CurrencyTotals> expected = {
+        {"EUR", 0, 0, 7, 0}, {"USD", 8, 2.25, 16.75, 11.25}, {"—", 0, 0, 100, 0}};
     EXPECT_EQ(BatchSummary::currencyTotals(docs), expected);
-    EXPECT_TRUE(BatchSummary::currencyTotals({}).isEmpty());
-    EXPECT_TRUE(
-        BatchSummary::currencyTotals(makeDocs({{"", "", "5", "USD", "", "", DocStatus::Queued}})).isEmpty());
+    EXPECT_TRUE(BatchSummary::currencyTotals({docs[5], docs[6]}).isEmpty());
 }
 
 } // namespace

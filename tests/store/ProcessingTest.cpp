@@ -4,55 +4,37 @@
 
 namespace {
 
-PagePtr page(int index, const QStringList &texts)
-{
-    auto p = std::make_shared<PageData>();
-    for (qsizetype i = 0; i < texts.size(); ++i)
-        p->lines.append(TextLine{texts[i], QRectF(0.1, 0.1 + 0.05 * i, 0.4, 0.03), index});
-    return p;
-}
+using Reports = QList<std::pair<DocStatus::Kind, double>>;
 
-// Lines of all pages reach the extractor in page order; extraction is reported after loading, and the
-// custom field snapshot is applied.
-TEST(Processing, ExtractsAllPagesInOrderAfterLoading)
+// Lines of all pages reach the extractor in page order with the custom field snapshot, extraction is
+// reported after loading, and a loading failure comes back unchanged without that report.
+TEST(Processing, LoadsThenExtracts)
 {
-    QList<std::pair<DocStatus::Kind, double>> reports;
-    const Processing::Loader loader = [](const QString &, const Pipeline::Report &report) {
-        report(DocStatus::Reading, 0.02);
-        return Expected<QList<PagePtr>>(QList<PagePtr>{page(0, {"First page"}), page(1, {"Second page"})});
+    Reports reports;
+    const auto report = [&](DocStatus::Kind s, double p) { reports.append({s, p}); };
+    const Processing::Loader twoPages = [](const QString &, const Pipeline::Report &r) {
+        r(DocStatus::Reading, 0.02);
+        QList<PagePtr> pages;
+        for (int i : {0, 1})
+            pages.append(std::make_shared<PageData>(
+                PageData{{}, {TextLine{QStringLiteral("Page %1").arg(i), QRectF(0.1, 0.1, 0.4, 0.03), i}}}));
+        return Expected<QList<PagePtr>>(pages);
     };
     const CustomFieldDef def{QUuid::createUuid(), "Ref", "Ref", false};
-    const auto result = Processing::run(
-        "/x/a.pdf", {def},
-        [&](DocStatus::Kind s, double p) {
-            reports.append({s, p});
-        },
-        loader);
+    const auto loaded = std::get<Processing::Loaded>(Processing::run("/x/a.pdf", {def}, report, twoPages));
+    ASSERT_EQ(loaded.extraction.rows.size(), 2);
+    EXPECT_EQ(loaded.extraction.rows[0].text, "Page 0");
+    EXPECT_EQ(loaded.extraction.rows[1].page, 1);
+    EXPECT_EQ(loaded.extraction.fields.last().key, uuidText(def.id));
+    EXPECT_EQ(reports, (Reports{{DocStatus::Reading, 0.02}, {DocStatus::Extracting, 0.92}}));
 
-    const auto *loaded = std::get_if<Processing::Loaded>(&result);
-    ASSERT_NE(loaded, nullptr);
-    ASSERT_EQ(loaded->pages.size(), 2);
-    ASSERT_EQ(loaded->extraction.rows.size(), 2);
-    EXPECT_EQ(loaded->extraction.rows[0].text, "First page");
-    EXPECT_EQ(loaded->extraction.rows[1].page, 1);
-    ASSERT_EQ(loaded->extraction.fields.size(), 9);
-    EXPECT_EQ(loaded->extraction.fields[8].key, uuidText(def.id));
-    EXPECT_EQ(reports, (QList<std::pair<DocStatus::Kind, double>>{{DocStatus::Reading, 0.02},
-                                                                  {DocStatus::Extracting, 0.92}}));
-}
-
-// A loading failure is returned as is, and extraction is never reported.
-TEST(Processing, LoaderErrorPassesThrough)
-{
-    int reports = 0;
-    const Processing::Loader loader = [](const QString &path, const Pipeline::Report &) {
+    reports.clear();
+    const Processing::Loader failing = [](const QString &path, const Pipeline::Report &) {
         return Expected<QList<PagePtr>>(TabrixError{"Cannot open " + path});
     };
-    const auto result = Processing::run(
-        "/x/a.pdf", {}, [&](DocStatus::Kind, double) { ++reports; }, loader);
-    ASSERT_TRUE(std::holds_alternative<TabrixError>(result));
-    EXPECT_EQ(std::get<TabrixError>(result).message, "Cannot open /x/a.pdf");
-    EXPECT_EQ(reports, 0);
+    const auto failed = Processing::run("/x/a.pdf", {}, report, failing);
+    EXPECT_EQ(std::get<TabrixError>(failed).message, "Cannot open /x/a.pdf");
+    EXPECT_TRUE(reports.isEmpty());
 }
 
 } // namespace

@@ -1,7 +1,4 @@
 #include "StoreTestSupport.h"
-#include "store/Store.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -9,154 +6,108 @@ const CustomFieldDef po{QUuid::fromString(QStringLiteral("3F2504E0-4F89-11D3-9A0
                         "PO[- ]?(\\d+)/x", true};
 const CustomFieldDef ref{QUuid::fromString(QStringLiteral("7C9E6679-7425-40DE-944B-E07FC1F90AE7")), "",
                          "Reference", false};
+const QString notDefinitions = "That file isn't a Tabrix custom-fields JSON file.";
 
-class StoreCustomFields : public ::testing::Test {
+class StoreCustomFields : public StoreTest {
 protected:
-    QTemporaryDir data;
-    QTemporaryDir files;
-    FakeLoader fake;
-    FakeUi ui;
-
-    QString savedPath() const { return data.filePath("Tabrix/custom-fields.json"); }
-    std::unique_ptr<Store> makeStore()
-    {
-        return std::make_unique<Store>(StoreOptions{data.filePath("Tabrix"), fake.loader(), &ui});
-    }
+    QString saved() const { return data.filePath("custom-fields.json"); }
 };
 
-// The saved file is a pretty-printed array with sorted keys, " : " separators and escaped slashes.
-TEST_F(StoreCustomFields, SavedFileFormat)
+// Saved definitions are a pretty-printed array with sorted keys, " : " and escaped slashes, and the
+// next store loads them back in order with their ids.
+TEST_F(StoreCustomFields, SavedFileFormatAndReload)
 {
-    auto store = makeStore();
     store->setCustomFields({po, ref});
-    EXPECT_EQ(readBytes(savedPath()), QByteArray("[\n"
-                                                 "  {\n"
-                                                 "    \"id\" : \"3F2504E0-4F89-11D3-9A0C-0305E82C3301\",\n"
-                                                 "    \"isRegex\" : true,\n"
-                                                 "    \"name\" : \"PO\",\n"
-                                                 "    \"pattern\" : \"PO[- ]?(\\\\d+)\\/x\"\n"
-                                                 "  },\n"
-                                                 "  {\n"
-                                                 "    \"id\" : \"7C9E6679-7425-40DE-944B-E07FC1F90AE7\",\n"
-                                                 "    \"isRegex\" : false,\n"
-                                                 "    \"name\" : \"\",\n"
-                                                 "    \"pattern\" : \"Reference\"\n"
-                                                 "  }\n"
-                                                 "]"));
+    EXPECT_EQ(readBytes(saved()),
+              QByteArray("[\n  {\n    \"id\" : \"3F2504E0-4F89-11D3-9A0C-0305E82C3301\",\n"
+                         "    \"isRegex\" : true,\n    \"name\" : \"PO\",\n"
+                         "    \"pattern\" : \"PO[- ]?(\\\\d+)\\/x\"\n  },\n"
+                         "  {\n    \"id\" : \"7C9E6679-7425-40DE-944B-E07FC1F90AE7\",\n"
+                         "    \"isRegex\" : false,\n    \"name\" : \"\",\n"
+                         "    \"pattern\" : \"Reference\"\n  }\n]"));
+    EXPECT_EQ(makeStore()->customFields(), (QList<CustomFieldDef>{po, ref}));
 }
 
-// Definitions saved by one store are loaded, in order and with their ids, by the next.
-TEST_F(StoreCustomFields, RoundTripThroughTheSavedFile)
+// Without a saved file the list is empty and no file appears until the first change; a corrupt or
+// wrongly shaped file is ignored silently and left on disk.
+TEST_F(StoreCustomFields, MissingOrCorruptFile)
 {
-    makeStore()->setCustomFields({ref, po});
-    EXPECT_EQ(makeStore()->customFields(), (QList<CustomFieldDef>{ref, po}));
-}
-
-// With no saved file the list starts empty and no file appears until the first change.
-TEST_F(StoreCustomFields, MissingFileStartsEmpty)
-{
-    auto store = makeStore();
     EXPECT_TRUE(store->customFields().isEmpty());
-    EXPECT_FALSE(QFile::exists(savedPath()));
+    EXPECT_FALSE(QFile::exists(saved()));
+    for (const QByteArray bad :
+         {"[{\"id\": ", "{}", R"([{"id":"nope","isRegex":true,"name":"a","pattern":"b"}])"}) {
+        writeBytes(saved(), bad);
+        auto loaded = makeStore();
+        EXPECT_TRUE(loaded->customFields().isEmpty() && loaded->alertText().isEmpty()) << bad.constData();
+        EXPECT_EQ(readBytes(saved()), bad);
+    }
     store->setCustomFields({});
-    EXPECT_EQ(readBytes(savedPath()), QByteArray("[]"));
+    EXPECT_EQ(readBytes(saved()), "[]");
 }
 
-// A corrupt or wrongly shaped saved file is ignored silently and left on disk until the next change.
-TEST_F(StoreCustomFields, CorruptFileIsIgnored)
+// An exported file imported again replaces the list with the same definitions and ids; a file that is
+// missing or not a definitions list (here an object lacking "isRegex") is refused and changes nothing.
+TEST_F(StoreCustomFields, ExportAndImport)
 {
-    for (const QByteArray &bad :
-         {QByteArray("[{\"id\": "), QByteArray("{}"),
-          QByteArray("[{\"id\":\"nope\",\"isRegex\":true,\"name\":\"a\",\"pattern\":\"b\"}]")}) {
-        QDir().mkpath(data.filePath("Tabrix"));
-        writeBytes(savedPath(), bad);
-        auto store = makeStore();
-        EXPECT_TRUE(store->customFields().isEmpty()) << bad.constData();
-        EXPECT_TRUE(store->alertText().isEmpty());
-        EXPECT_EQ(readBytes(savedPath()), bad);
-    }
-}
-
-// A file that is not a definitions list is refused with the message and changes nothing.
-TEST_F(StoreCustomFields, ImportFailureKeepsTheList)
-{
-    auto store = makeStore();
-    store->setCustomFields({po});
-    const QByteArray saved = readBytes(savedPath());
-    const QString bad = files.filePath("bad.json");
-    writeBytes(bad, "[{\"id\":\"3F2504E0-4F89-11D3-9A0C-0305E82C3301\",\"name\":\"PO\",\"pattern\":\"x\"}]");
-    for (const QString &path : {bad, files.filePath("missing.json")}) {
-        store->clearAlert();
-        ui.openAnswer = path;
-        store->importCustomFields();
-        EXPECT_EQ(store->alertText(), "That file isn't a Tabrix custom-fields JSON file.");
-        EXPECT_EQ(store->customFields(), QList<CustomFieldDef>{po});
-        EXPECT_EQ(readBytes(savedPath()), saved);
-    }
-}
-
-// An exported file imported again reproduces the same definitions and ids, replacing the list.
-TEST_F(StoreCustomFields, ExportThenImport)
-{
-    auto store = makeStore();
     store->setCustomFields({po, ref});
     ui.saveAnswer = files.filePath("out.json");
     store->exportCustomFields();
-    EXPECT_EQ(ui.lastProposedName, "tabrix-custom-fields.json");
-    EXPECT_EQ(readBytes(ui.saveAnswer), readBytes(savedPath()));
-
-    store->setCustomFields({});
+    EXPECT_EQ(ui.proposedName, "tabrix-custom-fields.json");
+    store->setCustomFields({ref});
     ui.openAnswer = ui.saveAnswer;
     store->importCustomFields();
     EXPECT_EQ(store->customFields(), (QList<CustomFieldDef>{po, ref}));
     EXPECT_TRUE(store->alertText().isEmpty());
-    EXPECT_EQ(makeStore()->customFields(), (QList<CustomFieldDef>{po, ref}));
+
+    const QByteArray before = readBytes(saved());
+    writeBytes(files.filePath("bad.json"),
+               R"([{"id":"3F2504E0-4F89-11D3-9A0C-0305E82C3301","name":"PO","pattern":"x"}])");
+    for (const QString name : {"bad.json", "missing.json"}) {
+        store->clearAlert();
+        ui.openAnswer = files.filePath(name);
+        store->importCustomFields();
+        EXPECT_EQ(store->alertText(), notDefinitions);
+        EXPECT_EQ(store->customFields(), (QList<CustomFieldDef>{po, ref}));
+        EXPECT_EQ(readBytes(saved()), before);
+    }
 }
 
-// Syncing relabels renamed definitions keeping corrections, re-extracts changed ones, drops deleted
-// ones, and leaves documents that are not ready alone.
+// Syncing relabels renamed definitions keeping hand corrections, re-extracts changed ones, appends new
+// ones, drops deleted ones, and leaves documents that are not ready alone.
 TEST_F(StoreCustomFields, SyncUpdatesReadyDocuments)
 {
-    auto store = makeStore();
     store->setCustomFields({po, ref});
-    store->add(makeFiles(files, {"a.pdf", "b.pdf"}));
-    ASSERT_TRUE(waitUntil([&] { return !store->isProcessing(); }));
-    const DocPtr a = store->docs()[0];
-    const DocPtr queued = store->docs()[1];
-    QList<Field> fields = a->fields();
+    const QList<DocPtr> docs = readBatch(2);
+    QList<Field> fields = docs[0]->fields();
     ASSERT_EQ(fields.size(), 10);
-    fields[8].value = "PO-77";
-    fields[8].edited = true;
-    fields[9].value = "R-1";
-    fields[9].edited = true;
-    a->setFields(fields);
-    queued->setStatus(DocStatus::Queued);
-    const QList<Field> queuedBefore = queued->fields();
+    for (qsizetype i : {8, 9})
+        fields[i].value = "typed", fields[i].edited = true;
+    docs[0]->setFields(fields);
+    docs[1]->setStatus(DocStatus::Queued);
+    const QList<Field> queued = docs[1]->fields();
 
-    CustomFieldDef renamed = po;
+    CustomFieldDef renamed = po, changed = ref;
     renamed.name = "Purchase order";
-    CustomFieldDef changed = ref;
     changed.isRegex = true;
     const CustomFieldDef added{QUuid::createUuid(), "Extra", "Extra", false};
     store->setCustomFields({changed, renamed, added});
     store->syncCustomFields();
 
-    const QList<Field> synced = a->fields();
+    const QList<Field> synced = docs[0]->fields();
     ASSERT_EQ(synced.size(), 11);
-    EXPECT_EQ(synced.mid(0, 8), fields.mid(0, 8));
+    EXPECT_EQ(synced.first(8), fields.first(8));
     EXPECT_EQ(synced[8].key, uuidText(ref.id));
     EXPECT_EQ(synced[8].source, "re|Reference");
     EXPECT_FALSE(synced[8].edited);
     EXPECT_EQ(synced[8].label, "Custom field");
     EXPECT_EQ(synced[9].label, "Purchase order");
-    EXPECT_EQ(synced[9].value, "PO-77");
-    EXPECT_TRUE(synced[9].edited);
+    EXPECT_TRUE(synced[9].edited && synced[9].value == "typed");
     EXPECT_EQ(synced[10].key, uuidText(added.id));
-    EXPECT_EQ(queued->fields(), queuedBefore);
+    EXPECT_EQ(docs[1]->fields(), queued);
 
     store->setCustomFields({});
     store->syncCustomFields();
-    EXPECT_EQ(a->fields(), fields.mid(0, 8));
+    EXPECT_EQ(docs[0]->fields(), fields.first(8));
 }
 
 } // namespace

@@ -1,155 +1,119 @@
 #pragma once
 
-#include "store/Processing.h"
-#include "store/StoreUi.h"
+#include "store/Store.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 #include <QMutex>
-#include <QStringList>
 #include <QTemporaryDir>
 #include <QThread>
 #include <QWaitCondition>
-#include <memory>
+#include <gtest/gtest.h>
+#include <ostream>
 
-/// Runs the event loop until `done()` holds or five seconds pass; returns whether it held.
-template <class Pred> bool waitUntil(Pred done)
+inline void PrintTo(const QString &text, std::ostream *os)
 {
-    QDeadlineTimer deadline(5000);
-    while (!done()) {
-        if (deadline.hasExpired())
-            return false;
+    *os << '"' << text.toStdString() << '"';
+}
+
+/// Runs the event loop until `done()` holds or `ms` milliseconds pass; returns whether it held.
+template <class Pred> bool waitUntil(Pred done, int ms = 5000)
+{
+    QDeadlineTimer deadline(ms);
+    while (!done() && !deadline.hasExpired()) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
         QThread::usleep(200);
     }
-    return true;
+    return done();
 }
 
-/// A loader that reads no file: each file name maps to text lines or to an error, and the test can hold
-/// a run at its start to act while a document is in progress. Thread-safe; copies share state.
+/// A loader standing in for the intake pipeline: a file holding "!message" fails with that message,
+/// any other file gives one page with a text line per line of the file. hold() makes every run wait at
+/// its start until step() lets one go or release() all. Thread-safe; copies share their state.
 class FakeLoader {
-public:
-    /// The lines one page of `fileName` yields (one line per text, stacked down the page).
-    void setText(const QString &fileName, const QStringList &texts)
-    {
-        QMutexLocker lock(&m_state->mutex);
-        m_state->texts.insert(fileName, texts);
-    }
-    void setError(const QString &fileName, const QString &message)
-    {
-        QMutexLocker lock(&m_state->mutex);
-        m_state->errors.insert(fileName, message);
-    }
-    /// From now on every run waits at its start until release().
-    void hold()
-    {
-        QMutexLocker lock(&m_state->mutex);
-        m_state->held = true;
-    }
-    void release()
-    {
-        QMutexLocker lock(&m_state->mutex);
-        m_state->held = false;
-        m_state->wake.wakeAll();
-    }
-    /// File names in the order runs started.
-    QStringList calls() const
-    {
-        QMutexLocker lock(&m_state->mutex);
-        return m_state->calls;
-    }
-    /// True while a run is waiting for release().
-    bool waiting() const
-    {
-        QMutexLocker lock(&m_state->mutex);
-        return m_state->waiting;
-    }
-    /// The progress callback of the latest run, usable after that run has ended.
-    Pipeline::Report lastReport() const
-    {
-        QMutexLocker lock(&m_state->mutex);
-        return m_state->lastReport;
-    }
-
-    Processing::Loader loader() const
-    {
-        return [state = m_state](const QString &path,
-                                 const Pipeline::Report &report) -> Expected<QList<PagePtr>> {
-            const QString name = QFileInfo(path).fileName();
-            QMutexLocker lock(&state->mutex);
-            state->calls.append(name);
-            state->lastReport = report;
-            state->waiting = state->held;
-            while (state->held)
-                state->wake.wait(&state->mutex);
-            state->waiting = false;
-            if (state->errors.contains(name))
-                return TabrixError{state->errors.value(name)};
-            auto page = std::make_shared<PageData>();
-            const QStringList texts = state->texts.value(name);
-            for (qsizetype i = 0; i < texts.size(); ++i)
-                page->lines.append(TextLine{texts[i], QRectF(0.1, 0.05 + 0.04 * i, 0.5, 0.03), 0});
-            return QList<PagePtr>{page};
-        };
-    }
-
-private:
     struct State {
         QMutex mutex;
         QWaitCondition wake;
         bool held = false;
-        bool waiting = false;
-        QStringList calls;
-        QHash<QString, QStringList> texts;
-        QHash<QString, QString> errors;
+        int permits = 0;
+        QStringList calls; ///< file names in the order their runs started
         Pipeline::Report lastReport;
     };
-    std::shared_ptr<State> m_state = std::make_shared<State>();
+    std::shared_ptr<State> s = std::make_shared<State>();
+
+public:
+    template <class F> auto locked(F f) const
+    {
+        QMutexLocker lock(&s->mutex);
+        return f(*s);
+    }
+    void hold()
+    {
+        locked([](State &s) { s.held = true; });
+    }
+    void release()
+    {
+        locked([](State &s) { s.held = false, s.wake.wakeAll(); });
+    }
+    void step()
+    {
+        locked([](State &s) { ++s.permits, s.wake.wakeAll(); });
+    }
+    QStringList calls() const
+    {
+        return locked([](State &s) { return s.calls; });
+    }
+    /// The progress callback of the latest run, still callable after that run ended.
+    Pipeline::Report lastReport() const
+    {
+        return locked([](State &s) { return s.lastReport; });
+    }
+
+    Processing::Loader loader() const
+    {
+        return [s = s](const QString &path, const Pipeline::Report &report) -> Expected<QList<PagePtr>> {
+            QMutexLocker lock(&s->mutex);
+            s->calls.append(QFileInfo(path).fileName());
+            s->lastReport = report;
+            while (s->held && s->permits == 0)
+                s->wake.wait(&s->mutex);
+            s->permits -= s->held;
+            QFile file(path);
+            const QString text =
+                file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+            if (text.startsWith(u'!'))
+                return TabrixError{text.mid(1)};
+            auto page = std::make_shared<PageData>();
+            for (const QString &line : text.split(u'\n', Qt::SkipEmptyParts))
+                page->lines.append(
+                    TextLine{line, QRectF(0.1, 0.05 + 0.04 * page->lines.size(), 0.5, 0.03), 0});
+            return QList<PagePtr>{page};
+        };
+    }
 };
 
 /// Dialog answers prepared by the test; the clipboard is a string.
-class FakeUi : public StoreUi {
-public:
-    QStringList filesAndFolders;
-    QString openAnswer;
-    QString saveAnswer;
-    QString clipboard;
-    QString lastProposedName;
+struct FakeUi : StoreUi {
+    QStringList chosen;
+    QString openAnswer, saveAnswer, clipboard, proposedName;
 
-    QStringList chooseFilesAndFolders(const QString &) override { return filesAndFolders; }
+    QStringList chooseFilesAndFolders(const QString &) override { return chosen; }
     QString chooseFileToOpen(const QString &) override { return openAnswer; }
-    QString chooseFileToSave(const QString &proposedName, const QString &) override
+    QString chooseFileToSave(const QString &name, const QString &) override
     {
-        lastProposedName = proposedName;
+        proposedName = name;
         return saveAnswer;
     }
     void setClipboardText(const QString &text) override { clipboard = text; }
 };
 
-/// Creates (empty) files below `root`, with folders as needed; returns their absolute paths.
-inline QStringList makeFiles(const QTemporaryDir &root, const QStringList &relative)
-{
-    QStringList paths;
-    for (const QString &rel : relative) {
-        const QString path = root.filePath(rel);
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        file.open(QIODevice::WriteOnly);
-        paths.append(path);
-    }
-    return paths;
-}
-
-/// Writes `bytes` to `path`, replacing it.
 inline void writeBytes(const QString &path, const QByteArray &bytes)
 {
     QFile file(path);
-    file.open(QIODevice::WriteOnly | QIODevice::Truncate);
-    file.write(bytes);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(bytes);
 }
 
 inline QByteArray readBytes(const QString &path)
@@ -157,3 +121,57 @@ inline QByteArray readBytes(const QString &path)
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
+
+/// A store with a fake loader and fake dialogs, its data folder and a folder for documents.
+class StoreTest : public ::testing::Test {
+protected:
+    QTemporaryDir data, files;
+    FakeLoader fake;
+    FakeUi ui;
+    std::unique_ptr<Store> store = makeStore();
+
+    std::unique_ptr<Store> makeStore()
+    {
+        return std::make_unique<Store>(StoreOptions{data.path(), fake.loader(), &ui});
+    }
+    void TearDown() override
+    {
+        fake.release();
+        idle();
+    }
+    bool idle()
+    {
+        return waitUntil([&] { return !store->isProcessing(); });
+    }
+
+    /// Creates files (and their folders) under the documents folder, keeping an existing file unless
+    /// `content` is given; returns their paths.
+    QStringList makeFiles(const QStringList &relative, const QByteArray &content = {})
+    {
+        QStringList paths;
+        for (const QString &rel : relative) {
+            paths.append(files.filePath(rel));
+            QDir().mkpath(QFileInfo(paths.last()).absolutePath());
+            if (!content.isEmpty() || !QFile::exists(paths.last()))
+                writeBytes(paths.last(), content);
+        }
+        return paths;
+    }
+    /// Adds `count` documents named doc1.pdf… and waits until they are read.
+    QList<DocPtr> readBatch(int count)
+    {
+        QStringList names;
+        for (int i = 1; i <= count; ++i)
+            names.append(QStringLiteral("doc%1.pdf").arg(i));
+        store->add(makeFiles(names));
+        EXPECT_TRUE(idle());
+        return store->docs();
+    }
+    QStringList names() const
+    {
+        QStringList out;
+        for (const DocPtr &d : store->docs())
+            out.append(d->fileName());
+        return out;
+    }
+};

@@ -1,19 +1,18 @@
 #ifdef TABRIX_TEST_WIDGETS
 #include <QApplication>
-using TestApplication = QApplication; // widget tests need the full GUI application
+using TestApplication = QApplication; // widget tests need the full widget application
 #else
-#include <QCoreApplication>
-using TestApplication = QCoreApplication;
+#include <QGuiApplication>
+using TestApplication = QGuiApplication;
 #endif
 #include <gtest/gtest.h>
 
 int main(int argc, char **argv)
 {
     ::testing::InitGoogleTest(&argc, argv);
-#ifdef TABRIX_TEST_WIDGETS
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen"); // listing the tests at build time has no display either
-#endif
+    // A GUI application (without a display) so that tests can draw fixtures with fonts: QPdfWriter, QPainter.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     TestApplication app(argc, argv);
     return RUN_ALL_TESTS();
 }

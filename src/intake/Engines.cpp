@@ -1,0 +1,56 @@
+#include "Engines.h"
+
+#include <QCoreApplication>
+#include <QLibrary>
+#include <QtEndian>
+#include <algorithm>
+
+namespace Engines {
+
+const Module &module()
+{
+    static const Module loaded = [] {
+        Module m;
+        QStringList folders;
+        if (QCoreApplication::instance())
+            folders.append(QCoreApplication::applicationDirPath());
+        folders.append(QStringLiteral(TABRIX_ENGINES_DIR));
+        QLibrary library;
+        for (const QString &folder : std::as_const(folders)) {
+            library.setFileName(folder + QStringLiteral("/tabrix_engines"));
+            if (library.load())
+                break;
+        }
+        if (!library.isLoaded()) {
+            m.error =
+                QStringLiteral("the recognition module could not be loaded (%1)").arg(library.errorString());
+            return m;
+        }
+        // The module stays loaded for the life of the process; engines it made live in thread storage.
+        m.createTesseract = reinterpret_cast<CreateTesseract>(library.resolve(createTesseractName));
+        m.openHeif = reinterpret_cast<OpenHeif>(library.resolve(openHeifName));
+        if (!m.createTesseract || !m.openHeif)
+            m.error = QStringLiteral("the recognition module is incomplete (%1)").arg(library.fileName());
+        return m;
+    }();
+    return loaded;
+}
+
+bool looksLikeHeif(const QByteArray &head)
+{
+    // An ISO-BMFF file starts with its "ftyp" box: size, "ftyp", major brand, minor version, then
+    // compatible brands. Phones write HEIC under several major brands, so compatible ones count too.
+    if (head.size() < 12 || head.mid(4, 4) != "ftyp")
+        return false;
+    static const QByteArrayList brands{"heic", "heix", "hevc", "hevx", "heim", "heis",
+                                       "hevm", "hevs", "mif1", "msf1", "avif", "avis"};
+    if (brands.contains(head.mid(8, 4)))
+        return true;
+    const qsizetype boxEnd = std::min<qsizetype>(head.size(), qFromBigEndian<quint32>(head.constData()));
+    for (qsizetype at = 16; at + 4 <= boxEnd; at += 4)
+        if (brands.contains(head.mid(at, 4)))
+            return true;
+    return false;
+}
+
+} // namespace Engines

@@ -1,0 +1,132 @@
+#include "Engines.h"
+#include "Ocr.h"
+#include "PageImage.h"
+#include "Pipeline.h"
+#include "SupportedFiles.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <cmath>
+
+namespace Pipeline {
+
+namespace {
+
+constexpr int maxFrames = 30;
+constexpr int maxSide = 3000; // pixels on the longer side of a decoded frame
+
+TabrixError error(const char *message)
+{
+    return TabrixError{QString::fromLatin1(message)};
+}
+
+/// `size` shrunk so that its longer side is at most maxSide; smaller sizes are kept.
+QSize limited(QSize size)
+{
+    const int longer = std::max(size.width(), size.height());
+    if (longer <= maxSide)
+        return size;
+    const double f = double(maxSide) / longer;
+    return QSize(std::max(1, int(std::lround(size.width() * f))),
+                 std::max(1, int(std::lround(size.height() * f))));
+}
+
+QImage limitedImage(QImage image)
+{
+    const QSize size = limited(image.size());
+    return size == image.size() ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+/// The frames of one image file: how many, and each one decoded upright and at most maxSide pixels long
+/// (a null image when a frame cannot be decoded).
+struct Frames {
+    int count = 0;
+    std::function<QImage(int)> decode;
+};
+
+std::optional<Frames> openWithQt(const QString &path)
+{
+    auto reader = std::make_shared<QImageReader>(path);
+    // Judged by content, so a PNG saved as .jpg still opens; orientation tags are applied on reading.
+    reader->setDecideFormatFromContent(true);
+    reader->setAutoTransform(true);
+    // Large scans exceed Qt's default 256 MB decoding limit before they are scaled down.
+    reader->setAllocationLimit(1024);
+    if (!reader->canRead())
+        return std::nullopt;
+    const int count = reader->imageCount();
+    return Frames{count, [reader, count](int i) {
+                      // jumpToNextImage() skips frames of multi-page TIFFs in Qt 6.4; jumping by index does
+                      // not.
+                      if (count > 1 && !reader->jumpToImage(i))
+                          return QImage();
+                      // The scaled size is given in the file's stored orientation, before the tag turns it.
+                      const QSize stored = reader->size();
+                      reader->setScaledSize(stored.isValid() ? limited(stored) : QSize());
+                      return limitedImage(reader->read());
+                  }};
+}
+
+bool isHeif(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && Engines::looksLikeHeif(file.read(64));
+}
+
+std::optional<Frames> openHeif(const QString &path)
+{
+    const Engines::OpenHeif open = Engines::module().openHeif;
+    std::shared_ptr<Engines::ImageSource> source(open ? open(QFile::encodeName(path).constData()) : nullptr);
+    if (!source)
+        return std::nullopt;
+    return Frames{source->frameCount(), [source](int i) { return source->frame(i, maxSide); }};
+}
+
+} // namespace
+
+Expected<QList<PagePtr>> loadImage(const QString &path, const LoadOptions &options, const Report &report)
+{
+    const std::optional<Frames> frames = isHeif(path) ? openHeif(path) : openWithQt(path);
+    if (!frames)
+        return error("Can't open image");
+    if (frames->count < 1)
+        return error("Image has no frames");
+    const int n = std::min(frames->count, maxFrames);
+
+    QList<PagePtr> pages;
+    for (int i = 0; i < n; ++i) {
+        if (report)
+            report(DocStatus::Recognizing, 0.05 + 0.85 * i / n);
+        const QImage image = frames->decode(i);
+        if (image.isNull())
+            continue;
+        // Page numbers count the pages kept, so they stay consecutive when a frame could not be decoded.
+        const int page = int(pages.size());
+        const PageImage::Grey grey = PageImage::toGrey(image);
+        Ocr::Engine &engine = options.ocr ? *options.ocr : Ocr::threadEngine();
+        auto lines = engine.recognize(grey.image, page);
+        if (auto *failed = std::get_if<TabrixError>(&lines))
+            return *failed;
+        auto data = std::make_shared<PageData>();
+        data->lines = std::get<QList<TextLine>>(std::move(lines));
+        if (options.renderImages)
+            data->image = PageImage::compact(image, grey);
+        pages.append(std::move(data));
+    }
+    if (pages.isEmpty())
+        return error("Couldn't decode image");
+    return pages;
+}
+
+Expected<QList<PagePtr>> load(const QString &path, const LoadOptions &options, const Report &report)
+{
+    const QString ext = QFileInfo(path).suffix().toLower();
+    if (ext == QLatin1String("pdf"))
+        return loadPDF(path, options, report);
+    if (imageExts().contains(ext))
+        return loadImage(path, options, report);
+    return TabrixError{QStringLiteral("Unsupported file type")};
+}
+
+} // namespace Pipeline

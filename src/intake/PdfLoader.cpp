@@ -1,0 +1,240 @@
+#include "Ocr.h"
+#include "PageImage.h"
+#include "Pipeline.h"
+
+#include "model/Graphemes.h"
+
+#include <QThread>
+#include <QThreadPool>
+#include <atomic>
+#include <cmath>
+#include <future>
+#include <mutex>
+#include <poppler/qt6/poppler-qt6.h>
+
+namespace Pipeline {
+
+namespace {
+
+constexpr int maxPages = 40;
+constexpr double renderSide = 2400.0; // pixels on the longer side of a rendered page
+constexpr double maxScale = 4.0;      // pages under 600 points are magnified no more than this
+constexpr qsizetype minDigitalChars = 25;
+
+TabrixError error(const char *message)
+{
+    return TabrixError{QString::fromLatin1(message)};
+}
+
+// Poppler reports every syntax problem of a damaged file on the debug output; the user learns of a file
+// that cannot be read from its failed status instead.
+void silencePoppler()
+{
+    static std::once_flag once;
+    std::call_once(once,
+                   [] { Poppler::setDebugErrorFunction([](const QString &, const QVariant &) {}, {}); });
+}
+
+// Ligatures (ﬀ ﬁ ﬂ ﬃ ﬄ ﬅ ﬆ) as the letters they stand for, so that "Oﬃce" matches "Office".
+QString expandLigatures(const QString &text)
+{
+    for (QChar c : text) {
+        if (c.unicode() >= 0xFB00 && c.unicode() <= 0xFB06) {
+            QString out;
+            out.reserve(text.size() + 4);
+            for (QChar d : text)
+                out += d.unicode() >= 0xFB00 && d.unicode() <= 0xFB06
+                           ? QString(d).normalized(QString::NormalizationForm_KC)
+                           : QString(d);
+            return out;
+        }
+    }
+    return text;
+}
+
+/// The text layer of an upright page as lines: words that poppler chains with nextWord() form one line.
+/// Boxes come from poppler in points of the crop box with a top-left origin, so normalising is a division;
+/// words wholly outside the crop box are not part of the visible page and are left out.
+QList<TextLine> digitalLines(const Poppler::Page &page, int index)
+{
+    QList<TextLine> lines;
+    const QSizeF size = page.pageSizeF();
+    const double w = size.width(), h = size.height();
+    if (w <= 0 || h <= 0)
+        return lines;
+    const QRectF crop(0, 0, w, h);
+    const auto boxes = page.textList();
+
+    QString text;
+    QRectF bounds;
+    auto flush = [&] {
+        const QString trimmed = expandLigatures(text).trimmed();
+        if (!trimmed.isEmpty())
+            lines.append({trimmed,
+                          QRectF(bounds.x() / w, bounds.y() / h, bounds.width() / w, bounds.height() / h),
+                          index});
+        text.clear();
+        bounds = QRectF();
+    };
+    const Poppler::TextBox *previous = nullptr;
+    for (const auto &box : boxes) {
+        if (previous && previous->nextWord() != box.get())
+            flush();
+        previous = box.get();
+        const QRectF r = box->boundingBox();
+        if (!r.intersects(crop) && !crop.contains(r.topLeft()))
+            continue;
+        text += box->text();
+        if (box->hasSpaceAfter())
+            text += u' ';
+        bounds = bounds.isNull() ? r : unitedRect(bounds, r);
+    }
+    flush();
+    return lines;
+}
+
+qsizetype characterCount(const QList<TextLine> &lines)
+{
+    qsizetype n = 0;
+    for (const TextLine &line : lines)
+        n += graphemeCount(line.text);
+    return n;
+}
+
+/// The page's crop box drawn upright (rotation applied) at the given pixel size; its resolution is
+/// recorded in the image for the recogniser.
+QImage render(const Poppler::Page &page, double w, double h, QSize pixels)
+{
+    const double xres = 72.0 * pixels.width() / w, yres = 72.0 * pixels.height() / h;
+    QImage image = page.renderToImage(xres, yres, 0, 0, pixels.width(), pixels.height());
+    if (!image.isNull()) {
+        image.setDotsPerMeterX(qRound(xres / 0.0254));
+        image.setDotsPerMeterY(qRound(yres / 0.0254));
+    }
+    return image;
+}
+
+using Document = std::unique_ptr<Poppler::Document>;
+
+/// The document opened for reading, or why it cannot be read.
+Expected<Document> open(const QString &path)
+{
+    Document doc = Poppler::Document::load(path);
+    if (!doc)
+        return error("Can't open PDF");
+    // A locked document must be unlocked before anything else is asked of it (poppler crashes otherwise).
+    // The empty user password opens files that are only protected against editing or printing.
+    if (doc->isLocked())
+        doc->unlock(QByteArray(), QByteArray());
+    if (doc->isLocked())
+        return error("PDF is password protected");
+    doc->setRenderHint(Poppler::Document::Antialiasing);
+    doc->setRenderHint(Poppler::Document::TextAntialiasing);
+    return doc;
+}
+
+/// Page i of n; a null page when it is missing or has no area (it is then skipped).
+Expected<PagePtr> loadPage(Poppler::Document &doc, int i, int n, const LoadOptions &options,
+                           const Report &report)
+{
+    const std::unique_ptr<Poppler::Page> page = doc.page(i);
+    if (!page)
+        return PagePtr();
+    if (report)
+        report(DocStatus::Reading, 0.02 + 0.9 * i / n);
+    // pageSizeF() is the crop box already turned by the page's rotation: the upright display size.
+    const QSizeF size = page->pageSizeF();
+    const double w = size.width(), h = size.height();
+    if (!(w > 0) || !(h > 0))
+        return PagePtr();
+    const double scale = std::min(renderSide / std::max(w, h), maxScale);
+    const QSize pixels(int(std::lround(w * scale)), int(std::lround(h * scale)));
+
+    // Text-layer boxes of a turned page are not in display coordinates; such pages are recognised.
+    const bool upright = page->orientation() == Poppler::Page::Portrait;
+    auto data = std::make_shared<PageData>();
+    data->lines = upright ? digitalLines(*page, i) : QList<TextLine>{};
+    const bool recognise = characterCount(data->lines) < minDigitalChars;
+    QImage image;
+    if (options.renderImages || recognise)
+        image = render(*page, w, h, pixels);
+    if (recognise) {
+        if (report)
+            report(DocStatus::Recognizing, 0.02 + 0.9 * i / n + 0.2 * 0.9 / n);
+        if (!image.isNull()) {
+            const PageImage::Grey grey = PageImage::toGrey(image);
+            Ocr::Engine &engine = options.ocr ? *options.ocr : Ocr::threadEngine();
+            auto lines = engine.recognize(grey.image, i);
+            if (auto *failed = std::get_if<TabrixError>(&lines))
+                return *failed;
+            data->lines = std::get<QList<TextLine>>(std::move(lines));
+            image = PageImage::compact(image, grey);
+        }
+    }
+    if (options.renderImages)
+        data->image = std::move(image);
+    return data;
+}
+
+} // namespace
+
+Expected<QList<PagePtr>> loadPDF(const QString &path, const LoadOptions &options, const Report &report)
+{
+    silencePoppler();
+    auto opened = open(path);
+    if (auto *failed = std::get_if<TabrixError>(&opened))
+        return *failed;
+    const Document doc = std::get<Document>(std::move(opened));
+    const int count = doc->numPages();
+    if (count < 1)
+        return error("PDF has no pages");
+    const int n = std::min(count, maxPages);
+
+    // Pages are claimed in order from a shared counter by this thread and by helpers from the thread pool.
+    // Each helper reads through a Document of its own (poppler documents are not to be shared between
+    // threads) and recognises with its own thread's engine; a recogniser passed in serves one thread only.
+    // A helper starts only if the pool has a thread free at once, so when documents are already being read
+    // in parallel nothing waits for a thread.
+    std::vector<Expected<PagePtr>> results(size_t(n), Expected<PagePtr>{PagePtr{}});
+    std::atomic<int> next{0};
+    std::atomic<bool> failed{false};
+    auto work = [&](Poppler::Document &d) {
+        for (int i = next++; i < n && !failed; i = next++) {
+            results[size_t(i)] = loadPage(d, i, n, options, report);
+            if (std::holds_alternative<TabrixError>(results[size_t(i)]))
+                failed = true;
+        }
+    };
+    const int threads = options.threads > 0 ? options.threads : QThread::idealThreadCount();
+    const int workers = options.ocr ? 1 : std::clamp(threads, 1, n);
+    std::vector<std::future<void>> helpers;
+    for (int k = 1; k < workers; ++k) {
+        auto task = std::make_shared<std::packaged_task<void()>>([&] {
+            auto own = open(path);
+            if (auto *d = std::get_if<Document>(&own))
+                work(**d);
+        });
+        std::future<void> done = task->get_future();
+        if (!QThreadPool::globalInstance()->tryStart([task] { (*task)(); }))
+            break;
+        helpers.push_back(std::move(done));
+    }
+    work(*doc);
+    for (std::future<void> &helper : helpers)
+        helper.wait();
+
+    // Pages below a failed one were all claimed before it and are complete: the first failure is well
+    // defined.
+    QList<PagePtr> pages;
+    for (Expected<PagePtr> &result : results) {
+        if (auto *e = std::get_if<TabrixError>(&result))
+            return *e;
+        if (PagePtr page = std::get<PagePtr>(std::move(result)))
+            pages.append(std::move(page));
+    }
+    if (pages.isEmpty())
+        return error("Couldn't render PDF pages");
+    return pages;
+}
+
+} // namespace Pipeline

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+/// Which files Tabrix reads, and how dropped or chosen locations become a flat, ordered file list.
+namespace Pipeline {
+
+/// Lower-case extensions read by the image loader: png, jpg, jpeg, heic, heif, tif, tiff.
+const QSet<QString> &imageExts();
+
+/// Every readable extension: imageExts() and pdf.
+const QSet<QString> &supported();
+
+/// True when the lower-cased extension of `path` is in supported(). Only the name counts, never the
+/// contents; a name without an extension is never supported.
+bool isSupported(const QString &path);
+
+/// The supported files among and below `paths`, for adding to a batch. Each location is taken in the given
+/// order: a missing one is skipped, a supported file is kept as given, a folder contributes every supported
+/// file below it (hidden files and folders and the insides of bundles left out, unreadable sub-folders
+/// passed over), sorted by full path as a file browser sorts (case-insensitive, digit runs by value).
+/// Paths keep the form they were given in; nothing is de-duplicated here (see standardPath).
+QStringList expand(const QStringList &paths);
+
+/// The form in which two paths naming the same file compare equal for de-duplication: absolute, cleaned
+/// of "." and ".." components and repeated separators. Symbolic links are deliberately not resolved.
+QString standardPath(const QString &path);
+
+} // namespace Pipeline

@@ -1,0 +1,84 @@
+// HEIC/HEIF decoding with libheif behind Engines::ImageSource; part of the tabrix_engines module.
+#include "intake/Engines.h"
+
+#include <cmath>
+#include <libheif/heif.h>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace {
+
+struct HeifContextFree {
+    void operator()(heif_context *c) const { heif_context_free(c); }
+};
+struct HeifHandleRelease {
+    void operator()(heif_image_handle *h) const { heif_image_handle_release(h); }
+};
+struct HeifImageRelease {
+    void operator()(heif_image *i) const { heif_image_release(i); }
+};
+using HeifContext = std::unique_ptr<heif_context, HeifContextFree>;
+using HeifHandle = std::unique_ptr<heif_image_handle, HeifHandleRelease>;
+using HeifImage = std::unique_ptr<heif_image, HeifImageRelease>;
+
+class HeifSource final : public Engines::ImageSource {
+public:
+    HeifSource(HeifContext context, std::vector<heif_item_id> ids)
+        : m_context(std::move(context)), m_ids(std::move(ids))
+    {
+    }
+
+    int frameCount() const override { return int(m_ids.size()); }
+
+    QImage frame(int index, int maxSide) override
+    {
+        heif_image_handle *rawHandle = nullptr;
+        if (index < 0 || index >= frameCount() ||
+            heif_context_get_image_handle(m_context.get(), m_ids[size_t(index)], &rawHandle).code !=
+                heif_error_Ok)
+            return {};
+        const HeifHandle handle(rawHandle);
+        heif_image *rawImage = nullptr;
+        // libheif applies the file's rotation and mirroring while decoding.
+        if (heif_decode_image(handle.get(), &rawImage, heif_colorspace_RGB, heif_chroma_interleaved_RGB,
+                              nullptr)
+                .code != heif_error_Ok)
+            return {};
+        const HeifImage image(rawImage);
+        int stride = 0;
+        const uint8_t *data = heif_image_get_plane_readonly(image.get(), heif_channel_interleaved, &stride);
+        const int w = heif_image_get_width(image.get(), heif_channel_interleaved);
+        const int h = heif_image_get_height(image.get(), heif_channel_interleaved);
+        if (!data || w < 1 || h < 1)
+            return {};
+        const QImage view(data, w, h, stride, QImage::Format_RGB888);
+        // Copied or scaled out of libheif's buffer before it is released.
+        const int longer = std::max(w, h);
+        if (longer <= maxSide)
+            return view.copy();
+        const double f = double(maxSide) / longer;
+        const QSize size(std::max(1, int(std::lround(w * f))), std::max(1, int(std::lround(h * f))));
+        return view.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+
+private:
+    HeifContext m_context;
+    std::vector<heif_item_id> m_ids;
+};
+
+} // namespace
+
+extern "C" Q_DECL_EXPORT Engines::ImageSource *tabrix_open_heif(const char *pathLocal8)
+{
+    static std::once_flag once;
+    std::call_once(once, [] { heif_init(nullptr); });
+    HeifContext context(heif_context_alloc());
+    if (!context || heif_context_read_from_file(context.get(), pathLocal8, nullptr).code != heif_error_Ok)
+        return nullptr;
+    const int count = heif_context_get_number_of_top_level_images(context.get());
+    std::vector<heif_item_id> ids(size_t(std::max(count, 0)));
+    if (count > 0)
+        heif_context_get_list_of_top_level_image_IDs(context.get(), ids.data(), count);
+    return new HeifSource(std::move(context), std::move(ids));
+}

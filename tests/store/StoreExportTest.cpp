@@ -1,0 +1,93 @@
+#include "StoreTestSupport.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+class StoreExport : public StoreTest {
+protected:
+    QList<DocPtr> docs;
+    void SetUp() override
+    {
+        makeFiles({"doc2.pdf"}, "Total 4.00");
+        docs = readBatch(3);
+    }
+};
+
+// With nothing approved every export refuses with the message, opens no dialog and leaves the clipboard.
+TEST_F(StoreExport, NothingApprovedRefuses)
+{
+    ui.clipboard = "before";
+    for (void (Store::*action)() :
+         {&Store::exportCSV, &Store::copyTSV, &Store::exportJSON, &Store::exportXLSX}) {
+        store->clearAlert();
+        (store.get()->*action)();
+        EXPECT_EQ(store->alertText(),
+                  "Approve at least one document first. Only approved documents are exported.");
+    }
+    EXPECT_TRUE(ui.proposedName.isEmpty());
+    EXPECT_EQ(ui.clipboard, "before");
+}
+
+// CSV and the clipboard follow the layout (file name and columns) and hold approved documents only,
+// in batch order; the copy message counts documents; a cancelled dialog is silent.
+TEST_F(StoreExport, CsvAndTsvFollowLayout)
+{
+    docs[2]->setApproved(true);
+    docs[0]->setApproved(true);
+    store->copyTSV();
+    EXPECT_EQ(store->alertText(),
+              "Copied 2 approved documents as tab-separated text. Paste it into a spreadsheet.");
+    const QStringList lines = ui.clipboard.split('\n');
+    ASSERT_EQ(lines.size(), 4);
+    EXPECT_TRUE(lines[1].startsWith("doc1.pdf\t") && lines[2].startsWith("doc3.pdf\t"));
+
+    store->clearAlert();
+    store->exportCSV();
+    EXPECT_EQ(ui.proposedName, "tabrix-documents.csv");
+    EXPECT_TRUE(store->alertText().isEmpty());
+    docs[0]->setApproved(false);
+    store->setLayout(RowLayout::perLineItem);
+    ui.saveAnswer = files.filePath("out.csv");
+    store->exportCSV();
+    EXPECT_EQ(ui.proposedName, "tabrix-line-items.csv");
+    const QByteArray csv = readBytes(ui.saveAnswer);
+    EXPECT_TRUE(csv.startsWith("\xEF\xBB\xBF"
+                               "File,Vendor,Number,Date,Currency,Line,"))
+        << csv.constData();
+    EXPECT_TRUE(csv.endsWith("\r\ndoc3.pdf,,,,,,,,,,\r\n")) << csv.constData();
+    store->copyTSV();
+    EXPECT_EQ(store->alertText(),
+              "Copied 1 approved document as tab-separated text. Paste it into a spreadsheet.");
+    EXPECT_TRUE(ui.clipboard.endsWith("\tDocument total\ndoc3.pdf\t\t\t\t\t\t\t\t\t\t\n"));
+}
+
+// JSON and XLSX write the approved documents; a failed write reports "Export failed: " and the reason.
+TEST_F(StoreExport, JsonXlsxAndWriteFailure)
+{
+    store->setCustomFields({CustomFieldDef{QUuid::createUuid(), "Ref", "Ref", false}});
+    docs[1]->setApproved(true);
+    ui.saveAnswer = files.filePath("out.json");
+    store->exportJSON();
+    EXPECT_EQ(ui.proposedName, "tabrix-export.json");
+    const QJsonArray json = QJsonDocument::fromJson(readBytes(ui.saveAnswer)).array();
+    ASSERT_EQ(json.size(), 1);
+    EXPECT_EQ(json[0]["path"].toString(), files.filePath("doc2.pdf"));
+    EXPECT_EQ(json[0]["total"].toDouble(), 4.0);
+    EXPECT_TRUE(json[0]["customFields"].toObject().contains("Ref"));
+
+    ui.saveAnswer = files.filePath("out.xlsx");
+    store->exportXLSX();
+    EXPECT_EQ(ui.proposedName, "tabrix-export.xlsx");
+    EXPECT_TRUE(readBytes(ui.saveAnswer).startsWith("PK\x03\x04"));
+    EXPECT_TRUE(store->alertText().isEmpty());
+
+    ui.saveAnswer = files.filePath("no/such/folder/out.xlsx");
+    store->exportXLSX();
+    EXPECT_TRUE(store->alertText().startsWith("Export failed: ")) << store->alertText().toStdString();
+    EXPECT_GT(store->alertText().size(), 15);
+}
+
+} // namespace
