@@ -144,7 +144,7 @@ void MainWindow::buildToolBar()
     const auto showLayout = [this] {
         m_layoutPicker->setCurrentIndex(m_layoutPicker->findData(int(m_store.layout())));
     };
-    connect(&m_store, &Store::changed, m_layoutPicker, showLayout);
+    connect(&m_store, &Store::layoutChanged, m_layoutPicker, showLayout);
     showLayout();
 
     QAction *copy =
