@@ -136,11 +136,13 @@ void BatchSummaryView::rebuildTotals(const QList<CurrencyTotals> &totals)
         auto *currency = new QLabel(t.currency);
         currency->setFont(Theme::title(1.0));
         m_totals->addWidget(currency, row, 0, 2, 1, Qt::AlignLeft | Qt::AlignVCenter);
-        m_totals->addWidget(caption(QStringLiteral("Total")), row, 1);
-        m_totals->addWidget(caption(QStringLiteral("Approved")), row, 2);
-        m_totals->addWidget(amount(t.total), row + 1, 1);
-        m_totals->addWidget(amount(t.approvedTotal), row + 1, 2);
+        m_totals->addWidget(caption(QStringLiteral("Total")), row, 1, Qt::AlignRight);
+        m_totals->addWidget(caption(QStringLiteral("Approved")), row, 2, Qt::AlignRight);
+        m_totals->addWidget(amount(t.total), row + 1, 1, Qt::AlignRight);
+        m_totals->addWidget(amount(t.approvedTotal), row + 1, 2, Qt::AlignRight);
         row += 2;
     }
     m_totals->setColumnStretch(3, 1);
+    m_totals->setColumnMinimumWidth(1, 70);
+    m_totals->setColumnMinimumWidth(2, 70);
 }

@@ -21,14 +21,23 @@ QString patternPlaceholder(bool isRegex)
     return isRegex ? QStringLiteral("e.g. PO[- ]?(\\d+)") : QStringLiteral("e.g. Purchase order");
 }
 
-// One half of the two-way "Keyword" / "Regex" choice.
-QToolButton *segment(const QString &text)
+// One half of the two-way "Keyword" / "Regex" choice; the chosen half is filled with the accent colour.
+QToolButton *segment(const QString &text, bool left)
 {
     auto *button = new QToolButton;
     button->setText(text);
     button->setCheckable(true);
     button->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    button->setFixedWidth(52);
+    button->setFixedWidth(std::max(50, button->fontMetrics().horizontalAdvance(text) + 16));
+    const QString corners =
+        left ? QStringLiteral("border-top-left-radius: 5px; border-bottom-left-radius: 5px;")
+             : QStringLiteral("border-top-right-radius: 5px; border-bottom-right-radius: 5px; "
+                              "border-left: none;");
+    button->setStyleSheet(
+        QStringLiteral("QToolButton { border: 1px solid palette(mid); background: palette(base); "
+                       "padding: 3px 4px; %1 }"
+                       "QToolButton:checked { background: %2; color: white; border-color: %2; }")
+            .arg(corners, Theme::accent().name()));
     return button;
 }
 
@@ -176,8 +185,8 @@ void CustomFieldsDialog::rebuild()
         Row row{id,
                 new QWidget,
                 new QLineEdit,
-                segment(QStringLiteral("Keyword")),
-                segment(QStringLiteral("Regex")),
+                segment(QStringLiteral("Keyword"), true),
+                segment(QStringLiteral("Regex"), false),
                 new PatternEdit,
                 new QToolButton};
         auto *h = new QHBoxLayout(row.box);

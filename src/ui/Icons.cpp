@@ -80,7 +80,8 @@ QPixmap pixmap(const QString &name, int size, const QColor &color, qreal dpr)
     if (size <= 0)
         return {};
     // Queue rows draw their icons on every repaint; parse and render each variant once.
-    const QString key = QStringLiteral("tabrix-icon/%1/%2/%3/%4").arg(name).arg(size).arg(color.rgba()).arg(dpr);
+    const QString key =
+        QStringLiteral("tabrix-icon/%1/%2/%3/%4").arg(name).arg(size).arg(color.rgba()).arg(dpr);
     QPixmap cached;
     if (QPixmapCache::find(key, &cached))
         return cached;

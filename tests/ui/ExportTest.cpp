@@ -6,6 +6,7 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -35,7 +36,10 @@ protected:
             timer->stop();
             timer->deleteLater();
             proposed = dialog->selectedFiles().value(0);
-            dialog->selectFile(docsFolder() + "/" + name);
+            // Typed into the name box as a person would; the dialog may still be listing its folder.
+            auto *nameBox = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+            ASSERT_NE(nameBox, nullptr);
+            nameBox->setText(docsFolder() + "/" + name);
             static_cast<QDialog *>(dialog)->accept();
         });
         timer->start();
