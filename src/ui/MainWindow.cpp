@@ -214,7 +214,10 @@ void MainWindow::showAlert()
         return;
     }
     QWidget *owner = QApplication::activeModalWidget() ? QApplication::activeModalWidget() : this;
-    m_alert = new QMessageBox(QMessageBox::NoIcon, QStringLiteral("Tabrix"), text, QMessageBox::Ok, owner);
+    m_alert =
+        new QMessageBox(QMessageBox::NoIcon, QStringLiteral("Tabrix"), text, QMessageBox::NoButton, owner);
+    // A button of our own: the style's standard one carries a stock icon.
+    m_alert->setDefaultButton(m_alert->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole));
     m_alert->setObjectName(QStringLiteral("alert"));
     m_alert->setAttribute(Qt::WA_DeleteOnClose);
     m_alert->setWindowModality(Qt::WindowModal);

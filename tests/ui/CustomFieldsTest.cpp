@@ -4,6 +4,7 @@
 #include "ui/CustomFieldsDialog.h"
 
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QToolButton>
 
@@ -106,6 +107,40 @@ TEST_F(CustomFieldsTest, DoneSyncsDocuments)
     ASSERT_NE(custom, doc->fields().cend());
     EXPECT_EQ(custom->label, "Reference");
     EXPECT_EQ(custom->source, "kw|Invoice No");
+}
+
+// Answers every open dialog with one prepared file.
+class OneFileUi : public StoreUi {
+public:
+    QString file;
+    QStringList chooseFilesAndFolders(const QString &) override { return {}; }
+    QString chooseFileToOpen(const QString &) override { return file; }
+    QString chooseFileToSave(const QString &, const QString &) override { return {}; }
+    void setClipboardText(const QString &) override {}
+};
+
+// A file that is not a definitions list is refused in an alert over the sheet, and nothing changes.
+TEST_F(CustomFieldsTest, BadImportAlertsAndKeepsDefinitions)
+{
+    OneFileUi ui;
+    ui.file = docsFolder() + "/bad.json";
+    QFile bad(ui.file);
+    ASSERT_TRUE(bad.open(QIODevice::WriteOnly));
+    bad.write(R"([{"id": "6F1C2A4E-0000-4000-8000-000000000001", "name": "PO", "pattern": "PO"}])");
+    bad.close();
+    open(1, &ui);
+    CustomFieldsDialog *sheet = openSheet();
+    QTest::mouseClick(sheet->findChild<QPushButton *>(QStringLiteral("addField")), Qt::LeftButton);
+    const QList<CustomFieldDef> before = store->customFields();
+
+    for (QPushButton *button : sheet->findChildren<QPushButton *>()) {
+        if (button->text() == "Import JSON\u2026")
+            QTest::mouseClick(button, Qt::LeftButton);
+    }
+    ASSERT_TRUE(waitUntil([&] { return window->alert() && window->alert()->isVisible(); }));
+    EXPECT_EQ(window->alert()->text(), "That file isn't a Tabrix custom-fields JSON file.");
+    EXPECT_EQ(store->customFields(), before);
+    EXPECT_EQ(sheet->rowCount(), 1);
 }
 
 } // namespace
