@@ -1,7 +1,212 @@
+// tabrix-cli PATH...: read every document, treat each ready one as approved, write one export.
 #include "Commands.h"
 
-int runBatch(const BatchOptions &)
+#include "export/Csv.h"
+#include "export/JsonExport.h"
+#include "export/SaveFile.h"
+#include "export/Table.h"
+#include "export/Xlsx.h"
+#include "intake/SupportedFiles.h"
+#include "model/CustomFieldCodec.h"
+#include "store/Processing.h"
+#include "store/Store.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+#include <QThread>
+#include <QThreadPool>
+#include <cstdio>
+#include <memory>
+#include <unistd.h>
+
+namespace {
+
+/// The files to read, as found, each named once (by its cleaned absolute path), in queue order.
+QStringList queue(const QStringList &paths)
 {
-    printError(QStringLiteral("tabrix-cli: batch processing is not available in this build yet"));
-    return 1;
+    QStringList files;
+    QSet<QString> seen;
+    for (const QString &file : Pipeline::expand(paths)) {
+        if (!seen.contains(Pipeline::standardPath(file))) {
+            seen.insert(Pipeline::standardPath(file));
+            files.append(file);
+        }
+    }
+    return files;
+}
+
+/// The definitions given with --custom-fields, or else the user's saved ones (never written here).
+std::optional<QList<CustomFieldDef>> customFields(const QString &given)
+{
+    QFile file(given.isEmpty() ? Store::defaultDataFolder() + QStringLiteral("/custom-fields.json") : given);
+    if (!file.open(QIODevice::ReadOnly))
+        return given.isEmpty() ? std::optional(QList<CustomFieldDef>{}) : std::nullopt;
+    const auto defs = CustomFieldCodec::decode(file.readAll());
+    if (!defs && given.isEmpty())
+        return QList<CustomFieldDef>{}; // a damaged saved file means no definitions, as in the app
+    return defs;
+}
+
+/// Progress on standard error: a live bar on a terminal, one line per finished document otherwise.
+class Progress {
+public:
+    Progress(qsizetype total, bool quiet) : m_total(total), m_quiet(quiet), m_live(isatty(fileno(stderr))) {}
+
+    void finished(const QString &path, const Expected<Processing::Loaded> &result)
+    {
+        ++m_done;
+        if (const auto *error = std::get_if<TabrixError>(&result)) {
+            clearBar();
+            printError(path + QStringLiteral(": Failed: ") + error->message);
+        } else if (!m_quiet && !m_live) {
+            printError(QStringLiteral("[%1/%2] %3: Ready for review").arg(m_done).arg(m_total).arg(path));
+        }
+        if (!m_quiet && m_live)
+            drawBar(path);
+    }
+
+    void done() { clearBar(); }
+
+private:
+    void drawBar(const QString &path)
+    {
+        constexpr int width = 30;
+        const int filled = int(width * m_done / std::max<qsizetype>(m_total, 1));
+        std::fprintf(stderr, "\r[%s%s] %lld/%lld %s\033[K", QByteArray(filled, '#').constData(),
+                     QByteArray(width - filled, ' ').constData(), static_cast<long long>(m_done),
+                     static_cast<long long>(m_total), QFileInfo(path).fileName().toUtf8().constData());
+        std::fflush(stderr);
+        m_barShown = true;
+    }
+
+    void clearBar()
+    {
+        if (m_barShown)
+            std::fputs("\r\033[K", stderr);
+        m_barShown = false;
+    }
+
+    qsizetype m_total;
+    qsizetype m_done = 0;
+    bool m_quiet;
+    bool m_live;
+    bool m_barShown = false;
+};
+
+/// Reads every file, `jobs` at once, and returns the results in queue order. Each task writes only its
+/// own slot; completions come back to this thread through queued calls.
+QList<Expected<Processing::Loaded>> readAll(const QStringList &files, const QList<CustomFieldDef> &defs,
+                                            int jobs, Progress &progress)
+{
+    QList<Expected<Processing::Loaded>> results(files.size(), TabrixError{});
+    if (files.isEmpty())
+        return results;
+    Pipeline::LoadOptions options;
+    options.renderImages = false;
+    options.threads = 1; // documents are already read in parallel
+    const Processing::Loader loader = Processing::pipelineLoader(options);
+
+    QThreadPool pool;
+    pool.setMaxThreadCount(jobs);
+    pool.setExpiryTimeout(-1); // keep workers, and their recognition engines, for the whole batch
+    QEventLoop loop;
+    QObject receiver;
+    qsizetype finished = 0;
+    for (qsizetype i = 0; i < files.size(); ++i) {
+        pool.start([&, i] {
+            auto result = Processing::run(files[i], defs, {}, loader);
+            if (auto *loaded = std::get_if<Processing::Loaded>(&result))
+                loaded->pages.clear(); // nothing here looks at pages; keep memory flat
+            QMetaObject::invokeMethod(
+                &receiver,
+                [&, i, result = std::move(result)]() mutable {
+                    results[i] = std::move(result);
+                    progress.finished(files[i], results[i]);
+                    if (++finished == files.size())
+                        loop.quit();
+                },
+                Qt::QueuedConnection);
+        });
+    }
+    loop.exec();
+    pool.waitForDone();
+    progress.done();
+    return results;
+}
+
+QByteArray exportBytes(const BatchOptions &options, const QList<const DocItem *> &docs,
+                       const QList<CustomFieldDef> &defs, QString &error)
+{
+    if (options.format == QLatin1String("json"))
+        return Exporter::json(docs, defs);
+    if (options.format == QLatin1String("xlsx")) {
+        auto bytes = Exporter::xlsx(Exporter::workbookSheets(docs, defs));
+        if (const auto *failure = std::get_if<TabrixError>(&bytes)) {
+            error = failure->message;
+            return {};
+        }
+        return std::get<QByteArray>(bytes);
+    }
+    const Table table = options.layout == QLatin1String("line-item") ? Exporter::lineItems(docs)
+                                                                     : Exporter::documents(docs, defs);
+    return (options.format == QLatin1String("csv") ? Exporter::csv(table) : Exporter::tsv(table)).toUtf8();
+}
+
+} // namespace
+
+int runBatch(const BatchOptions &options)
+{
+    const auto defs = customFields(options.customFields);
+    if (!defs) {
+        printError(CustomFieldCodec::notAFileMessage());
+        return 1;
+    }
+    const QStringList files = queue(options.paths);
+    if (files.isEmpty()) {
+        printError(Pipeline::noSupportedFilesMessage());
+        return 1;
+    }
+
+    const int jobs = options.jobs > 0 ? options.jobs : std::max(1, QThread::idealThreadCount());
+    Progress progress(files.size(), options.quiet);
+    const auto results = readAll(files, *defs, jobs, progress);
+
+    std::vector<std::unique_ptr<DocItem>> ready;
+    bool anyFailed = false;
+    for (qsizetype i = 0; i < files.size(); ++i) {
+        const auto *loaded = std::get_if<Processing::Loaded>(&results[i]);
+        if (!loaded) {
+            anyFailed = true;
+            continue;
+        }
+        auto doc = std::make_unique<DocItem>(QFileInfo(files[i]).absoluteFilePath());
+        doc->setFields(loaded->extraction.fields);
+        doc->setItems(loaded->extraction.items);
+        doc->setStatus(DocStatus::Ready);
+        doc->setApproved(true);
+        ready.push_back(std::move(doc));
+    }
+    QList<const DocItem *> docs;
+    for (const auto &doc : ready)
+        docs.append(doc.get());
+
+    QString error;
+    const QByteArray bytes = exportBytes(options, docs, *defs, error);
+    if (!error.isEmpty()) {
+        printError(QStringLiteral("tabrix-cli: ") + error);
+        return 1;
+    }
+    if (options.output.isEmpty()) {
+        std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
+        if (options.format == QLatin1String("json"))
+            std::fputc('\n', stdout);
+        std::fflush(stdout);
+    } else if (const auto failure = Exporter::saveFile(options.output, bytes)) {
+        printError(QStringLiteral("tabrix-cli: Export failed: ") + failure->message);
+        return 1;
+    }
+    return anyFailed ? 2 : 0;
 }

@@ -20,8 +20,11 @@ Scan scanRows(QList<Row> rows)
 {
     Scan scan;
     scan.amounts.reserve(rows.size());
-    for (const Row &row : rows)
+    scan.headerLike.reserve(rows.size());
+    for (const Row &row : rows) {
         scan.amounts.append(amountCandidates(row.text));
+        scan.headerLike.append(Patterns::isHeaderLike(row.text));
+    }
     scan.rows = std::move(rows);
     return scan;
 }

@@ -17,6 +17,7 @@ struct Amount {
 struct Scan {
     QList<Row> rows;
     QList<QList<Amount>> amounts; ///< amounts[i] belongs to rows[i], left to right
+    QList<bool> headerLike;       ///< headerLike[i]: rows[i] matches two or more table-header patterns
 };
 
 /// Every `moneyRx` match of the text that Money::parse accepts, left to right.

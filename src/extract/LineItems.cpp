@@ -96,6 +96,14 @@ bool nearWhole(double v)
 
 bool isSummary(const Row &row)
 {
+    using W = QLatin1StringView;
+    // Every summary label holds one of these words (member lines are parts of the row text).
+    if (!Patterns::mayContain(
+            row.text, {W("total"),  W("balance"),  W("amount"),   W("tax"),        W("vat"),  W("gst"),
+                       W("hst"),    W("discount"), W("shipping"), W("freight"),    W("pay"),  W("paid"),
+                       W("change"), W("cash"),     W("visa"),     W("mastercard"), W("amex"), W("card"),
+                       W("tip"),    W("thank"),    W("due"),      W("net")}))
+        return false;
     if (summaryRow().contains(row.text))
         return true;
     return std::any_of(row.lines.begin(), row.lines.end(),
@@ -186,7 +194,7 @@ QList<LineItem> findLineItems(const Scan &scan)
     qsizetype start = 0;
     bool hasHeader = false;
     for (qsizetype i = 0; i < rows.size(); ++i) {
-        if (Patterns::isHeaderLike(rows[i].text) && scan.amounts[i].isEmpty()) {
+        if (scan.headerLike[i] && scan.amounts[i].isEmpty()) {
             hasHeader = true;
             start = i + 1;
             break;
@@ -201,7 +209,7 @@ QList<LineItem> findLineItems(const Scan &scan)
                 break;
             continue;
         }
-        if (hasHeader && scan.amounts[i].isEmpty() && Patterns::isHeaderLike(row.text))
+        if (hasHeader && scan.amounts[i].isEmpty() && scan.headerLike[i])
             continue;
         if (auto item = parseItem(row, scan.amounts[i], hasHeader)) {
             items.append(std::move(*item));

@@ -1,5 +1,8 @@
 #include "Patterns.h"
 
+#include <QVarLengthArray>
+#include <string_view>
+
 namespace Patterns {
 
 const Regex &moneyRx()
@@ -55,9 +58,40 @@ const Regex &dateOnly()
 
 bool isHeaderLike(const QString &text)
 {
-    int hits = 0;
-    for (const Regex *rx : {&hdrDesc(), &hdrQty(), &hdrPrice(), &hdrAmt()}) {
-        if (rx->contains(text) && ++hits >= 2)
+    using W = QLatin1StringView;
+    // Each header pattern needs one of its words; the cheap test spares most rows the patterns.
+    const bool desc = mayContain(text, {W("descr"), W("item"), W("product"), W("service"), W("detail"),
+                                        W("particular"), W("article")}) &&
+                      hdrDesc().contains(text);
+    const bool qty = mayContain(text, {W("qty"), W("quantit"), W("hour"), W("hrs"), W("unit"), W("pcs")}) &&
+                     hdrQty().contains(text);
+    if (!desc && !qty && !mayContain(text, {W("price"), W("rate"), W("cost")}))
+        return false;
+    int hits = int(desc) + int(qty);
+    if (hits < 2 && mayContain(text, {W("price"), W("rate"), W("cost")}) && hdrPrice().contains(text))
+        ++hits;
+    if (hits < 2 && mayContain(text, {W("amount"), W("total"), W("ext")}) && hdrAmt().contains(text))
+        ++hits;
+    return hits >= 2;
+}
+
+bool mayContain(const QString &text, std::initializer_list<QLatin1StringView> words)
+{
+    QVarLengthArray<char, 256> folded(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t u = text[i].unicode();
+        if (u < 0x80) {
+            folded[i] = char(u >= 'A' && u <= 'Z' ? u + ('a' - 'A') : u);
+            continue;
+        }
+        if (u == 0x00DF || u == 0x0130 || u == 0x017F || u == 0x1E9E || u == 0x212A ||
+            (u >= 0x1E96 && u <= 0x1E9A) || (u >= 0xFB00 && u <= 0xFB06))
+            return true;
+        folded[i] = char(0x80); // matches no ASCII word
+    }
+    const std::string_view haystack(folded.constData(), size_t(folded.size()));
+    for (QLatin1StringView word : words) {
+        if (haystack.find(std::string_view(word.data(), size_t(word.size()))) != std::string_view::npos)
             return true;
     }
     return false;

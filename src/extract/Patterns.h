@@ -2,6 +2,8 @@
 
 #include "Regex.h"
 
+#include <initializer_list>
+
 // The built-in patterns shared by several finders, compiled once per process on first use
 // (case-insensitive). Patterns used by one finder only live in that finder's file.
 namespace Patterns {
@@ -17,5 +19,11 @@ const Regex &dateOnly();
 
 /// True when at least two of the four table-header patterns match: the row looks like a table header.
 bool isHeaderLike(const QString &text);
+
+/// A cheap test run before a case-insensitive pattern that cannot match without one of `words`
+/// (lower-case ASCII): false only when none of them occurs in `text`, ignoring case. Text holding a
+/// character whose case folding yields ASCII letters ("ß", "ſ", "ﬁ", the Kelvin sign…) always passes,
+/// so the pattern still decides with full Unicode case folding.
+bool mayContain(const QString &text, std::initializer_list<QLatin1StringView> words);
 
 } // namespace Patterns

@@ -3,11 +3,17 @@
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 
+// Setting up an ICU matcher costs more than matching a short row, so each pattern keeps one spare
+// matcher to lend. A thread that finds it taken makes its own: no locks, no sharing of a matcher.
 struct Regex::Compiled {
     std::unique_ptr<icu::RegexPattern> pattern;
+    mutable std::atomic<icu::RegexMatcher *> spare{nullptr};
+
+    ~Compiled() { delete spare.load(); }
 };
 
 namespace {
@@ -27,7 +33,9 @@ std::unique_ptr<Regex::Compiled> compile(const QString &pattern, bool caseInsens
         icu::RegexPattern::compile(alias(pattern), flags, parseError, status));
     if (U_FAILURE(status))
         return nullptr;
-    return std::make_unique<Regex::Compiled>(Regex::Compiled{std::move(compiled)});
+    auto result = std::make_unique<Regex::Compiled>();
+    result->pattern = std::move(compiled);
+    return result;
 }
 
 Regex::Match currentMatch(const icu::RegexMatcher &matcher)
@@ -43,6 +51,38 @@ Regex::Match currentMatch(const icu::RegexMatcher &matcher)
     }
     return match;
 }
+
+/// A matcher borrowed from a pattern (or made afresh) and reset to `input`; given back when done.
+class Lease {
+public:
+    Lease(const Regex::Compiled &compiled, const icu::UnicodeString &input) : m_compiled(compiled)
+    {
+        UErrorCode status = U_ZERO_ERROR;
+        m_matcher = compiled.spare.exchange(nullptr);
+        if (m_matcher)
+            m_matcher->reset(input);
+        else
+            m_matcher = compiled.pattern->matcher(input, status);
+        if (U_FAILURE(status)) {
+            delete m_matcher;
+            m_matcher = nullptr;
+        }
+    }
+    ~Lease()
+    {
+        icu::RegexMatcher *empty = nullptr;
+        if (m_matcher && !m_compiled.spare.compare_exchange_strong(empty, m_matcher))
+            delete m_matcher;
+    }
+    Lease(const Lease &) = delete;
+    Lease &operator=(const Lease &) = delete;
+
+    icu::RegexMatcher *get() const { return m_matcher; }
+
+private:
+    const Regex::Compiled &m_compiled;
+    icu::RegexMatcher *m_matcher = nullptr;
+};
 
 } // namespace
 
@@ -69,23 +109,35 @@ Regex::~Regex() = default;
 
 std::optional<Regex::Match> Regex::match(const QString &text, qsizetype from) const
 {
+    if (from > text.size())
+        return std::nullopt;
     const icu::UnicodeString input = alias(text);
+    const Lease lease(*m_pattern, input);
+    icu::RegexMatcher *matcher = lease.get();
     UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::RegexMatcher> matcher(m_pattern->pattern->matcher(input, status));
-    if (U_FAILURE(status) || from > text.size())
+    if (!matcher)
         return std::nullopt;
     if (!matcher->find(int64_t(from), status) || U_FAILURE(status))
         return std::nullopt;
     return currentMatch(*matcher);
 }
 
+bool Regex::contains(const QString &text) const
+{
+    const icu::UnicodeString input = alias(text);
+    const Lease lease(*m_pattern, input);
+    UErrorCode status = U_ZERO_ERROR;
+    return lease.get() && lease.get()->find(0, status) && U_SUCCESS(status);
+}
+
 QList<Regex::Match> Regex::matchAll(const QString &text) const
 {
     QList<Match> matches;
     const icu::UnicodeString input = alias(text);
+    const Lease lease(*m_pattern, input);
+    icu::RegexMatcher *matcher = lease.get();
     UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::RegexMatcher> matcher(m_pattern->pattern->matcher(input, status));
-    if (U_FAILURE(status))
+    if (!matcher)
         return matches;
     while (matcher->find(status) && U_SUCCESS(status))
         matches.append(currentMatch(*matcher));

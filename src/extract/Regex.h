@@ -37,7 +37,8 @@ public:
     std::optional<Match> match(const QString &text, qsizetype from = 0) const;
     /// Every non-overlapping match, left to right.
     QList<Match> matchAll(const QString &text) const;
-    bool contains(const QString &text) const { return match(text).has_value(); }
+    /// True when the pattern matches anywhere in `text`.
+    bool contains(const QString &text) const;
     int groupCount() const;
 
     struct Compiled; // the ICU pattern, kept out of this header

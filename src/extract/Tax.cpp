@@ -34,6 +34,15 @@ struct TaxHit {
     bool isTaxTotal = false;
 };
 
+// Every tax label holds one of these words (member lines are parts of the row text).
+bool mayHoldTaxLabel(const QString &text)
+{
+    return Patterns::mayContain(
+        text, {QLatin1StringView("tax"), QLatin1StringView("vat"), QLatin1StringView("gst"),
+               QLatin1StringView("hst"), QLatin1StringView("pst"), QLatin1StringView("qst"),
+               QLatin1StringView("iva"), QLatin1StringView("mwst"), QLatin1StringView("btw")});
+}
+
 bool isTaxRow(const Row &row)
 {
     if (taxLabel().contains(row.text))
@@ -53,7 +62,8 @@ Field findTax(const Scan &scan)
     QList<TaxHit> hits;
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
         const Row &row = scan.rows[i];
-        if (taxExclude().contains(row.text) || !isTaxRow(row) || scan.amounts[i].isEmpty())
+        if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text) || taxExclude().contains(row.text) ||
+            !isTaxRow(row))
             continue;
         const Amount &last = scan.amounts[i].last();
         hits.append(TaxHit{last.value, row.box(last.range), taxTotal().contains(row.text)});

@@ -40,9 +40,13 @@ Field findTotal(const Scan &scan)
     double bestConfidence = 0;
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
         const QString &text = scan.rows[i].text;
+        // Every total label holds one of these words; most rows are rejected here without a pattern.
+        if (!Patterns::mayContain(
+                text, {QLatin1StringView("total"), QLatin1StringView("due"), QLatin1StringView("pay")}))
+            continue;
         if (notTotal().contains(text))
             continue;
-        if (Patterns::isHeaderLike(text) && scan.amounts[i].isEmpty())
+        if (scan.headerLike[i] && scan.amounts[i].isEmpty())
             continue;
         double base = 0;
         if (strongTotal().contains(text))

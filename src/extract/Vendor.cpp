@@ -1,6 +1,7 @@
 #include "Vendor.h"
 
 #include "OrgTagger.h"
+#include "Patterns.h"
 #include "Regex.h"
 #include "model/Graphemes.h"
 
@@ -46,6 +47,36 @@ const Regex &orgSuffix()
     return rx;
 }
 
+// The cheap word tests below let most lines skip the anchored patterns; the patterns still decide.
+bool mayBeSkipped(const QString &text)
+{
+    using W = QLatin1StringView;
+    return Patterns::mayContain(
+               text,
+               {W("#"),        W("tax"),      W("invoice"),  W("receipt"), W("statement"), W("credit"),
+                W("quot"),     W("estimate"), W("bill"),     W("ship"),    W("sold"),      W("customer"),
+                W("order"),    W("page"),     W("date"),     W("due"),     W("total"),     W("amount"),
+                W("descr"),    W("qty"),      W("quantit"),  W("tel"),     W("phone"),     W("fax"),
+                W("mail"),     W("web"),      W("www"),      W("http"),    W("thank"),     W("duplicate"),
+                W("original"), W("copy"),     W("purchase"), W("packing"), W("balance"),   W("account"),
+                W("ref"),      W("no"),       W("welcome"),  W("cashier"), W("server"),    W("table")}) &&
+           vendorSkip().contains(text);
+}
+
+// An address needs a digit or a "Box"; the pattern is case-sensitive, so this test is exact.
+bool mayBeAddress(const QString &text)
+{
+    const bool hasDigit = std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
+    return (hasDigit || text.contains(QLatin1StringView("Box"))) && addressLike().contains(text);
+}
+
+bool mayBeLabel(const QString &text)
+{
+    using W = QLatin1StringView;
+    return Patterns::mayContain(text, {W("vendor"), W("supplier"), W("merchant"), W("payee"), W("sold"),
+                                       W("bill"), W("remit"), W("from")});
+}
+
 constexpr int maxCandidates = 12;
 
 struct CharCounts {
@@ -78,7 +109,7 @@ bool isCandidate(const TextLine &line)
         return false;
     if (!(double(counts.digits) / double(std::max<qsizetype>(length, 1)) < 0.35))
         return false;
-    return !vendorSkip().contains(line.text) && !addressLike().contains(line.text);
+    return !mayBeSkipped(line.text) && !mayBeAddress(line.text);
 }
 
 } // namespace
@@ -99,6 +130,8 @@ Field findVendor(const QList<TextLine> &lines)
     });
 
     for (const TextLine &line : firstPage) {
+        if (!mayBeLabel(line.text))
+            continue;
         if (const auto m = vendorLabel().match(line.text)) {
             field.value = m->captured(line.text, 1).trimmed();
             field.confidence = 0.9;

@@ -8,6 +8,9 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <cmath>
+#include <functional>
+#include <memory>
+#include <optional>
 
 namespace Pipeline {
 
@@ -57,8 +60,7 @@ std::optional<Frames> openWithQt(const QString &path)
         return std::nullopt;
     const int count = reader->imageCount();
     return Frames{count, [reader, count](int i) {
-                      // jumpToNextImage() skips frames of multi-page TIFFs in Qt 6.4; jumping by index does
-                      // not.
+                      // By index: jumpToNextImage() skips frames of multi-page TIFFs in Qt 6.4.
                       if (count > 1 && !reader->jumpToImage(i))
                           return QImage();
                       // The scaled size is given in the file's stored orientation, before the tag turns it.

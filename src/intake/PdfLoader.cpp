@@ -10,6 +10,7 @@
 #include <cmath>
 #include <future>
 #include <mutex>
+#include <optional>
 #include <poppler/qt6/poppler-qt6.h>
 
 namespace Pipeline {
@@ -36,18 +37,11 @@ void silencePoppler()
 }
 
 // Ligatures (ﬀ ﬁ ﬂ ﬃ ﬄ ﬅ ﬆ) as the letters they stand for, so that "Oﬃce" matches "Office".
-QString expandLigatures(const QString &text)
+QString expandLigatures(QString text)
 {
-    for (QChar c : text) {
-        if (c.unicode() >= 0xFB00 && c.unicode() <= 0xFB06) {
-            QString out;
-            out.reserve(text.size() + 4);
-            for (QChar d : text)
-                out += d.unicode() >= 0xFB00 && d.unicode() <= 0xFB06
-                           ? QString(d).normalized(QString::NormalizationForm_KC)
-                           : QString(d);
-            return out;
-        }
+    for (qsizetype i = text.size(); i-- > 0;) {
+        if (text[i].unicode() >= 0xFB00 && text[i].unicode() <= 0xFB06)
+            text.replace(i, 1, QString(text[i]).normalized(QString::NormalizationForm_KC));
     }
     return text;
 }
@@ -66,15 +60,15 @@ QList<TextLine> digitalLines(const Poppler::Page &page, int index)
     const auto boxes = page.textList();
 
     QString text;
-    QRectF bounds;
+    std::optional<QRectF> bounds;
     auto flush = [&] {
         const QString trimmed = expandLigatures(text).trimmed();
-        if (!trimmed.isEmpty())
-            lines.append({trimmed,
-                          QRectF(bounds.x() / w, bounds.y() / h, bounds.width() / w, bounds.height() / h),
-                          index});
+        if (!trimmed.isEmpty() && bounds) {
+            const QRectF &b = *bounds;
+            lines.append({trimmed, QRectF(b.x() / w, b.y() / h, b.width() / w, b.height() / h), index});
+        }
         text.clear();
-        bounds = QRectF();
+        bounds.reset();
     };
     const Poppler::TextBox *previous = nullptr;
     for (const auto &box : boxes) {
@@ -87,7 +81,7 @@ QList<TextLine> digitalLines(const Poppler::Page &page, int index)
         text += box->text();
         if (box->hasSpaceAfter())
             text += u' ';
-        bounds = bounds.isNull() ? r : unitedRect(bounds, r);
+        bounds = bounds ? unitedRect(*bounds, r) : r;
     }
     flush();
     return lines;

@@ -86,4 +86,9 @@ QString standardPath(const QString &path)
     return QDir::cleanPath(QDir::current().absoluteFilePath(path));
 }
 
+QString noSupportedFilesMessage()
+{
+    return QStringLiteral("No supported files found. Tabrix reads PDF, PNG, JPEG, HEIC and TIFF files.");
+}
+
 } // namespace Pipeline

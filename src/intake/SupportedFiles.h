@@ -28,4 +28,7 @@ QStringList expand(const QStringList &paths);
 /// of "." and ".." components and repeated separators. Symbolic links are deliberately not resolved.
 QString standardPath(const QString &path);
 
+/// The message shown when a drop, a panel or a command line names nothing supported.
+QString noSupportedFilesMessage();
+
 } // namespace Pipeline

@@ -64,4 +64,9 @@ std::optional<QList<CustomFieldDef>> decode(const QByteArray &json)
     return decode(doc.array());
 }
 
+QString notAFileMessage()
+{
+    return QStringLiteral("That file isn't a Tabrix custom-fields JSON file.");
+}
+
 } // namespace CustomFieldCodec

@@ -19,4 +19,7 @@ QByteArray encode(const QList<CustomFieldDef> &defs);
 std::optional<QList<CustomFieldDef>> decode(const QJsonArray &array);
 std::optional<QList<CustomFieldDef>> decode(const QByteArray &json);
 
+/// The message for a file that decode() rejects, when the user chose it (import, command line).
+QString notAFileMessage();
+
 } // namespace CustomFieldCodec

@@ -20,9 +20,6 @@
 
 namespace {
 
-const char *const noSupportedFiles =
-    "No supported files found. Tabrix reads PDF, PNG, JPEG, HEIC and TIFF files.";
-const char *const notCustomFieldsFile = "That file isn't a Tabrix custom-fields JSON file.";
 const char *const jsonFilter = "JSON (*.json)";
 
 // The tag by which a custom field remembers the definition that produced it.
@@ -39,10 +36,8 @@ Store::Store(StoreOptions options, QObject *parent)
     : QObject(parent), m_dataFolder(std::move(options.dataFolder)), m_loader(std::move(options.loader)),
       m_ui(options.ui)
 {
-    if (m_dataFolder.isEmpty()) {
-        m_dataFolder =
-            QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Tabrix");
-    }
+    if (m_dataFolder.isEmpty())
+        m_dataFolder = defaultDataFolder();
     if (!m_loader)
         m_loader = Processing::pipelineLoader();
     m_pool.setMaxThreadCount(1);
@@ -75,7 +70,7 @@ void Store::add(const QStringList &paths)
 {
     const QStringList files = Pipeline::expand(paths);
     if (files.isEmpty()) {
-        setAlertText(QString::fromUtf8(noSupportedFiles));
+        setAlertText(Pipeline::noSupportedFilesMessage());
         return;
     }
 
@@ -458,6 +453,11 @@ void Store::setCustomFields(const QList<CustomFieldDef> &defs)
     emit changed();
 }
 
+QString Store::defaultDataFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Tabrix");
+}
+
 QString Store::customFieldsPath() const
 {
     QDir().mkpath(m_dataFolder);
@@ -529,7 +529,7 @@ void Store::importCustomFields()
     const auto defs =
         file.open(QIODevice::ReadOnly) ? CustomFieldCodec::decode(file.readAll()) : std::nullopt;
     if (!defs) {
-        setAlertText(QString::fromUtf8(notCustomFieldsFile));
+        setAlertText(CustomFieldCodec::notAFileMessage());
         return;
     }
     setCustomFields(*defs);

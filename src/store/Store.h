@@ -46,9 +46,6 @@ public:
     explicit Store(StoreOptions options, QObject *parent = nullptr);
     ~Store() override;
 
-    Store(const Store &) = delete;
-    Store &operator=(const Store &) = delete;
-
     /// Replaces the dialog and clipboard provider (not owned; null: dialogs cancel).
     void setUi(StoreUi *ui) { m_ui = ui; }
 
@@ -155,6 +152,8 @@ public:
     /// Replaces the definitions and saves them at once (failures to save are silent). Documents are
     /// not touched until syncCustomFields().
     void setCustomFields(const QList<CustomFieldDef> &defs);
+    /// The user's "Tabrix" data folder, where "custom-fields.json" is kept.
+    static QString defaultDataFolder();
     /// Location of "custom-fields.json"; creates its folder on every call, ignoring failure.
     QString customFieldsPath() const;
     /// Brings the custom fields of every ready document in line with the definitions: renamed ones are

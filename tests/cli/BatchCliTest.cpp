@@ -1,0 +1,108 @@
+#include "CliRunner.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString samples = QStringLiteral(TABRIX_SOURCE_DIR "/samples/documents");
+
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+// Folders expand as in the app, a file named twice is read once, and results follow queue order
+// whatever the number of jobs.
+TEST(BatchCli, ExportsInQueueOrderAndReadsEachFileOnce)
+{
+    const QString pdf = samples + "/bluepeak-invoice.pdf";
+    const CliRun one = runCli({"--jobs", "1", "--quiet", samples, pdf, samples + "/./bluepeak-invoice.pdf"});
+    ASSERT_EQ(one.exitCode, 0) << one.err.toStdString();
+    EXPECT_TRUE(one.err.isEmpty());
+    const QJsonArray docs = QJsonDocument::fromJson(one.out).array();
+    ASSERT_EQ(docs.size(), 5);
+    EXPECT_EQ(docs[0].toObject().value("file").toString(), QStringLiteral("atelier-invoice-scan.png"));
+    EXPECT_EQ(docs[1].toObject().value("path").toString(), QDir::cleanPath(pdf));
+    EXPECT_EQ(docs[1].toObject().value("total").toDouble(), 176.31);
+    EXPECT_EQ(docs[1].toObject().value("number").toString(), QStringLiteral("BP-2024-0387"));
+
+    const CliRun two = runCli({"--jobs", "2", "--quiet", samples});
+    EXPECT_EQ(two.out, one.out);
+}
+
+// A failed document is reported (even with --quiet) and left out; the rest is exported with status 2.
+TEST(BatchCli, FailedDocumentsAreReportedAndLeftOut)
+{
+    QTemporaryDir dir;
+    writeFile(dir.filePath("broken.pdf"), "not a pdf");
+    QFile::copy(samples + "/bluepeak-invoice.pdf", dir.filePath("good.pdf"));
+    const CliRun run = runCli({"--quiet", "--format", "csv", dir.path()});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.err.contains(dir.filePath("broken.pdf").toUtf8() + ": Failed: Can't open PDF"));
+    EXPECT_TRUE(run.out.startsWith("\xEF\xBB\xBF"
+                                   "File,Vendor,"));
+    EXPECT_EQ(run.out.count("\r\n"), 2); // header and the good document
+
+    const CliRun allFailed = runCli({"--quiet", dir.filePath("broken.pdf")});
+    EXPECT_EQ(allFailed.exitCode, 2);
+    EXPECT_EQ(allFailed.out.trimmed(), QByteArray("[]"));
+}
+
+// Usage errors, nothing supported and bad definition files exit 1 with the app's messages.
+TEST(BatchCli, RefusesBadInvocations)
+{
+    QTemporaryDir dir;
+    writeFile(dir.filePath("notes.txt"), "hello");
+    CliRun run = runCli({dir.path(), dir.filePath("missing.pdf")});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(
+        run.err.contains("No supported files found. Tabrix reads PDF, PNG, JPEG, HEIC and TIFF files."));
+
+    writeFile(dir.filePath("defs.json"), R"([{"id": "x", "isRegex": false, "name": "", "pattern": ""}])");
+    run = runCli({"--custom-fields", dir.filePath("defs.json"), samples});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.err.contains("That file isn't a Tabrix custom-fields JSON file."));
+
+    for (const QStringList &args :
+         {QStringList{"--format", "pdf", samples}, QStringList{"--format", "xlsx", samples},
+          QStringList{"--jobs", "0", samples}, QStringList{"--bogus"}, QStringList{}}) {
+        run = runCli(args);
+        EXPECT_EQ(run.exitCode, 1) << args.join(' ').toStdString();
+        EXPECT_TRUE(run.out.isEmpty());
+    }
+}
+
+// Custom definitions from a file become columns; xlsx goes to the named file.
+TEST(BatchCli, CustomFieldsAndWorkbookOutput)
+{
+    QTemporaryDir dir;
+    writeFile(
+        dir.filePath("defs.json"),
+        R"json([{"id": "6F1E2D3C-4B5A-4978-8695-A4B3C2D1E0F9", "isRegex": true, "name": "Terms", "pattern": "Terms:\\s*(.+)"}])json");
+    const QString pdf = samples + "/northwind-invoice.pdf";
+    CliRun run = runCli({"--quiet", "--custom-fields", dir.filePath("defs.json"), "--format", "tsv", pdf});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    const QList<QByteArray> lines = run.out.split('\n');
+    EXPECT_TRUE(lines[0].endsWith("\tTerms"));
+    EXPECT_TRUE(lines[1].contains("\tNet 30."));
+
+    run = runCli({"--quiet", "--format", "xlsx", "--output", dir.filePath("out.xlsx"), pdf});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    QFile xlsx(dir.filePath("out.xlsx"));
+    ASSERT_TRUE(xlsx.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(xlsx.read(2) == "PK");
+
+    run = runCli({"--quiet", "--output", dir.filePath("no/such/folder/out.json"), pdf});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.err.contains("Export failed: "));
+}
+
+} // namespace
