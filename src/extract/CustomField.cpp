@@ -85,7 +85,7 @@ Field extractCustom(const CustomFieldDef &def, const QList<Row> &rows)
     Field field =
         emptyField(uuidText(def.id), def.name.isEmpty() ? QStringLiteral("Custom field") : def.name);
     field.isCustom = true;
-    field.source = (def.isRegex ? QStringLiteral("re|") : QStringLiteral("kw|")) + def.pattern;
+    field.source = customSource(def);
 
     const QString pattern = def.pattern.trimmed();
     if (pattern.isEmpty())
@@ -95,6 +95,11 @@ Field extractCustom(const CustomFieldDef &def, const QList<Row> &rows)
     else
         byKeyword(pattern, rows, field);
     return field;
+}
+
+QString customSource(const CustomFieldDef &def)
+{
+    return (def.isRegex ? QStringLiteral("re|") : QStringLiteral("kw|")) + def.pattern;
 }
 
 } // namespace Extractor

@@ -10,4 +10,8 @@ namespace Extractor {
 /// (or whole match). An empty or invalid pattern gives an empty field, never an error.
 Field extractCustom(const CustomFieldDef &def, const QList<Row> &rows);
 
+/// The source tag of the field a definition produces: "re|" or "kw|" and the pattern as stored, by which
+/// a document's custom field is known to be current.
+QString customSource(const CustomFieldDef &def);
+
 } // namespace Extractor

@@ -22,12 +22,6 @@ namespace {
 
 const char *const jsonFilter = "JSON (*.json)";
 
-// The tag by which a custom field remembers the definition that produced it.
-QString customSource(const CustomFieldDef &def)
-{
-    return (def.isRegex ? QStringLiteral("re|") : QStringLiteral("kw|")) + def.pattern;
-}
-
 } // namespace
 
 Store::Store(QObject *parent) : Store(StoreOptions{}, parent) {}
@@ -491,7 +485,7 @@ void Store::syncCustomFields()
         }
         for (const CustomFieldDef &def : std::as_const(m_customFields)) {
             const QString key = uuidText(def.id);
-            const QString source = customSource(def);
+            const QString source = Extractor::customSource(def);
             const auto existing = std::find_if(d->fields().cbegin(), d->fields().cend(), [&](const Field &f) {
                 return f.isCustom && f.key == key && f.source == source;
             });

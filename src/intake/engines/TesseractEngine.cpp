@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr int smallSide = 1500; // pixels; images with a shorter longer side are read at twice their size
+
 struct ApiDeleter {
     void operator()(tesseract::TessBaseAPI *api) const
     {
@@ -77,12 +79,18 @@ public:
         omp_set_num_threads(1);
 #endif
         // The loaders hand over grey images already; anything else is converted here.
-        const QImage grey = image.format() == QImage::Format_Grayscale8
-                                ? image
-                                : image.convertToFormat(QImage::Format_Grayscale8);
+        QImage grey = image.format() == QImage::Format_Grayscale8
+                          ? image
+                          : image.convertToFormat(QImage::Format_Grayscale8);
+        // Small pictures (screenshots, thumbnails) have letters too small for the recogniser; read at twice
+        // the size they lose far fewer digits. Boxes are normalised, so the scale leaves no trace.
+        int ppi = qRound(grey.dotsPerMeterX() * 0.0254);
+        if (std::max(grey.width(), grey.height()) < smallSide) {
+            grey = grey.scaled(grey.size() * 2, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+            ppi *= 2;
+        }
         m_api->SetPageSegMode(tesseract::PSM_AUTO);
         m_api->SetImage(grey.constBits(), grey.width(), grey.height(), 1, int(grey.bytesPerLine()));
-        const int ppi = qRound(grey.dotsPerMeterX() * 0.0254);
         if (ppi >= 70 && ppi <= 2400)
             m_api->SetSourceResolution(ppi);
         if (m_api->Recognize(nullptr) != 0)
