@@ -1,4 +1,10 @@
+#ifdef TABRIX_TEST_WIDGETS
+#include <QApplication>
+using TestApplication = QApplication; // widget tests need the full widget application
+#else
 #include <QGuiApplication>
+using TestApplication = QGuiApplication;
+#endif
 #include <gtest/gtest.h>
 
 int main(int argc, char **argv)
@@ -7,6 +13,6 @@ int main(int argc, char **argv)
     // A GUI application (without a display) so that tests can draw fixtures with fonts: QPdfWriter, QPainter.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication app(argc, argv);
+    TestApplication app(argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "store/Store.h"
+
+#include <QWidget>
+
+class QGridLayout;
+class QLabel;
+class QPushButton;
+class SymbolLabel;
+
+/// The batch at a glance, under the queue: how many files in which state, likely duplicates, totals
+/// per currency, and the "Approve all ready" and "Clear" commands.
+class BatchSummaryView : public QWidget {
+    Q_OBJECT
+public:
+    explicit BatchSummaryView(Store &store, QWidget *parent = nullptr);
+
+    /// "4 files · 3 ready · 1 approved · 1 failed": the failed part only when there are failures.
+    static QString countsText(qsizetype files, qsizetype ready, qsizetype approved, qsizetype failed);
+    /// "2 likely duplicates (same vendor, number and total)".
+    static QString duplicatesText(qsizetype count);
+
+private:
+    void refresh();
+    void rebuildTotals(const QList<CurrencyTotals> &totals);
+
+    Store &m_store;
+    QLabel *m_counts;
+    QWidget *m_duplicateRow;
+    QLabel *m_duplicates;
+    QGridLayout *m_totals;
+    QPushButton *m_approveAll;
+    QPushButton *m_clear;
+    QList<CurrencyTotals> m_shownTotals;
+    bool m_totalsShown = false;
+};

@@ -1,0 +1,277 @@
+#include "CustomFieldsDialog.h"
+
+#include "Icons.h"
+#include "Theme.h"
+#include "extract/Regex.h"
+
+#include <QButtonGroup>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace {
+
+QString patternPlaceholder(bool isRegex)
+{
+    return isRegex ? QStringLiteral("e.g. PO[- ]?(\\d+)") : QStringLiteral("e.g. Purchase order");
+}
+
+// One half of the two-way "Keyword" / "Regex" choice; the chosen half is filled with the accent colour.
+QToolButton *segment(const QString &text, bool left)
+{
+    auto *button = new QToolButton;
+    button->setText(text);
+    button->setCheckable(true);
+    button->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    button->setFixedWidth(std::max(50, button->fontMetrics().horizontalAdvance(text) + 16));
+    const QString corners =
+        left ? QStringLiteral("border-top-left-radius: 5px; border-bottom-left-radius: 5px;")
+             : QStringLiteral("border-top-right-radius: 5px; border-bottom-right-radius: 5px; "
+                              "border-left: none;");
+    button->setStyleSheet(
+        QStringLiteral("QToolButton { border: 1px solid palette(mid); background: palette(base); "
+                       "padding: 3px 4px; %1 }"
+                       "QToolButton:checked { background: %2; color: white; border-color: %2; }")
+            .arg(corners, Theme::accent().name()));
+    return button;
+}
+
+} // namespace
+
+void PatternEdit::setInvalid(bool invalid)
+{
+    if (invalid == m_invalid)
+        return;
+    m_invalid = invalid;
+    update();
+}
+
+void PatternEdit::paintEvent(QPaintEvent *event)
+{
+    QLineEdit::paintEvent(event);
+    if (!m_invalid)
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Theme::red(), 1.5));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.75, 0.75, -0.75, -0.75), 3, 3);
+}
+
+CustomFieldsDialog::CustomFieldsDialog(Store &store, QWidget *parent) : QDialog(parent), m_store(store)
+{
+    setWindowTitle(QStringLiteral("Custom fields"));
+    setWindowFlag(Qt::Sheet);
+    setWindowModality(Qt::WindowModal);
+    setMinimumSize(680, 420);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(20, 18, 20, 16);
+    layout->setSpacing(10);
+
+    auto *title = new QLabel(QStringLiteral("Custom fields"));
+    title->setFont(Theme::title(1.35));
+    layout->addWidget(title);
+    auto *explanation = new QLabel(QStringLiteral(
+        "Add your own fields. Each one looks for a keyword (the text after it is used) or a regular "
+        "expression (the first capture group, or the whole match). Definitions are saved as JSON on "
+        "this Mac."));
+    explanation->setWordWrap(true);
+    explanation->setStyleSheet(QStringLiteral("color: %1").arg(Theme::secondaryText().name()));
+    layout->addWidget(explanation);
+
+    auto *rows = new QWidget;
+    m_rowsLayout = new QVBoxLayout(rows);
+    m_rowsLayout->setContentsMargins(0, 4, 0, 4);
+    m_rowsLayout->setSpacing(6);
+    m_none = new QLabel(QStringLiteral("No custom fields yet."));
+    m_none->setObjectName(QStringLiteral("noCustomFields"));
+    m_none->setStyleSheet(QStringLiteral("color: %1").arg(Theme::secondaryText().name()));
+    m_rowsLayout->addWidget(m_none);
+    m_rowsLayout->addStretch();
+    auto *scroll = new QScrollArea;
+    scroll->setWidget(rows);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    layout->addWidget(scroll, 1);
+
+    auto *bar = new QHBoxLayout;
+    auto *add = new QPushButton(Icons::icon(QStringLiteral("plus")), QStringLiteral("Add field"));
+    add->setObjectName(QStringLiteral("addField"));
+    add->setAutoDefault(false);
+    auto *import = new QPushButton(QStringLiteral("Import JSON\u2026"));
+    import->setAutoDefault(false);
+    auto *exportButton = new QPushButton(QStringLiteral("Export JSON\u2026"));
+    exportButton->setAutoDefault(false);
+    auto *doneButton = new QPushButton(QStringLiteral("Done"));
+    doneButton->setObjectName(QStringLiteral("done"));
+    doneButton->setDefault(true);
+    bar->addWidget(add);
+    bar->addStretch();
+    bar->addWidget(import);
+    bar->addWidget(exportButton);
+    bar->addSpacing(12);
+    bar->addWidget(doneButton);
+    layout->addLayout(bar);
+
+    connect(add, &QPushButton::clicked, this, &CustomFieldsDialog::addField);
+    connect(import, &QPushButton::clicked, &m_store, &Store::importCustomFields);
+    connect(exportButton, &QPushButton::clicked, &m_store, &Store::exportCustomFields);
+    connect(doneButton, &QPushButton::clicked, this, &QDialog::accept);
+    connect(&m_store, &Store::customFieldsChanged, this, [this] {
+        // Changes made here are already shown; only an import (or another writer) needs new rows.
+        if (m_store.customFields() != m_written)
+            rebuild();
+    });
+    rebuild();
+}
+
+bool CustomFieldsDialog::isBadRegex(const QString &pattern)
+{
+    return !Regex::tryCompile(pattern).has_value();
+}
+
+QLineEdit *CustomFieldsDialog::nameEdit(int row) const
+{
+    return row >= 0 && row < m_rows.size() ? m_rows[row].name : nullptr;
+}
+
+PatternEdit *CustomFieldsDialog::patternEdit(int row) const
+{
+    return row >= 0 && row < m_rows.size() ? m_rows[row].pattern : nullptr;
+}
+
+QToolButton *CustomFieldsDialog::keywordButton(int row) const
+{
+    return row >= 0 && row < m_rows.size() ? m_rows[row].keyword : nullptr;
+}
+
+QToolButton *CustomFieldsDialog::regexButton(int row) const
+{
+    return row >= 0 && row < m_rows.size() ? m_rows[row].regex : nullptr;
+}
+
+QToolButton *CustomFieldsDialog::removeButton(int row) const
+{
+    return row >= 0 && row < m_rows.size() ? m_rows[row].remove : nullptr;
+}
+
+void CustomFieldsDialog::done(int result)
+{
+    // However the sheet closes, the documents follow the definitions now.
+    m_store.syncCustomFields();
+    QDialog::done(result);
+}
+
+void CustomFieldsDialog::rebuild()
+{
+    for (const Row &row : std::as_const(m_rows)) {
+        m_rowsLayout->removeWidget(row.box);
+        row.box->hide();
+        row.box->deleteLater();
+    }
+    m_rows.clear();
+    m_written = m_store.customFields();
+    m_none->setVisible(m_written.isEmpty());
+
+    for (qsizetype i = 0; i < m_written.size(); ++i) {
+        const CustomFieldDef &def = m_written[i];
+        const QUuid id = def.id;
+        Row row{id,
+                new QWidget,
+                new QLineEdit,
+                segment(QStringLiteral("Keyword"), true),
+                segment(QStringLiteral("Regex"), false),
+                new PatternEdit,
+                new QToolButton};
+        auto *h = new QHBoxLayout(row.box);
+        h->setContentsMargins(0, 0, 0, 0);
+        h->setSpacing(8);
+        row.name->setPlaceholderText(QStringLiteral("Field name"));
+        row.name->setFixedWidth(150);
+        row.name->setText(def.name);
+        h->addWidget(row.name);
+
+        auto *group = new QButtonGroup(row.box);
+        group->setExclusive(true);
+        group->addButton(row.keyword);
+        group->addButton(row.regex);
+        auto *segments = new QHBoxLayout;
+        segments->setSpacing(0);
+        segments->addWidget(row.keyword);
+        segments->addWidget(row.regex);
+        h->addLayout(segments);
+
+        row.pattern->setText(def.pattern);
+        h->addWidget(row.pattern, 1);
+        row.remove->setIcon(Icons::icon(QStringLiteral("minus.circle"), Theme::red()));
+        row.remove->setAutoRaise(true);
+        row.remove->setToolTip(QStringLiteral("Remove"));
+        h->addWidget(row.remove);
+        showState(row, def);
+
+        connect(row.name, &QLineEdit::textEdited, this,
+                [this, id](const QString &text) { change(id, [&](CustomFieldDef &d) { d.name = text; }); });
+        connect(row.pattern, &QLineEdit::textEdited, this, [this, id](const QString &text) {
+            change(id, [&](CustomFieldDef &d) { d.pattern = text; });
+        });
+        connect(row.keyword, &QToolButton::clicked, this,
+                [this, id] { change(id, [](CustomFieldDef &d) { d.isRegex = false; }); });
+        connect(row.regex, &QToolButton::clicked, this,
+                [this, id] { change(id, [](CustomFieldDef &d) { d.isRegex = true; }); });
+        connect(row.remove, &QToolButton::clicked, this, [this, id] { removeField(id); });
+
+        m_rowsLayout->insertWidget(m_rowsLayout->count() - 1, row.box);
+        m_rows.append(row);
+    }
+}
+
+void CustomFieldsDialog::showState(const Row &row, const CustomFieldDef &def)
+{
+    row.keyword->setChecked(!def.isRegex);
+    row.regex->setChecked(def.isRegex);
+    row.pattern->setPlaceholderText(patternPlaceholder(def.isRegex));
+    row.pattern->setInvalid(def.isRegex && isBadRegex(def.pattern));
+}
+
+void CustomFieldsDialog::change(const QUuid &id, const std::function<void(CustomFieldDef &)> &edit)
+{
+    QList<CustomFieldDef> defs = m_store.customFields();
+    for (qsizetype i = 0; i < defs.size(); ++i) {
+        if (defs[i].id != id)
+            continue;
+        edit(defs[i]);
+        for (const Row &row : std::as_const(m_rows)) {
+            if (row.id == id)
+                showState(row, defs[i]);
+        }
+        m_written = defs;
+        m_store.setCustomFields(defs);
+        return;
+    }
+}
+
+void CustomFieldsDialog::addField()
+{
+    CustomFieldDef def; // a fresh id, keyword mode
+    def.name = QStringLiteral("New field");
+    QList<CustomFieldDef> defs = m_store.customFields();
+    defs.append(def);
+    m_store.setCustomFields(defs); // differs from what is shown, so the rows are rebuilt
+    if (!m_rows.isEmpty()) {
+        m_rows.constLast().name->setFocus();
+        m_rows.constLast().name->selectAll();
+    }
+}
+
+void CustomFieldsDialog::removeField(const QUuid &id)
+{
+    QList<CustomFieldDef> defs = m_store.customFields();
+    defs.removeIf([&](const CustomFieldDef &d) { return d.id == id; });
+    m_store.setCustomFields(defs);
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "CustomFieldsDialog.h"
+#include "store/Store.h"
+
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QPointer>
+
+class DropHighlight;
+class QComboBox;
+class QStackedWidget;
+class QToolButton;
+class ReviewView;
+class SidebarView;
+
+/// The one window of the application: the queue at the left, the review screen (or the empty state)
+/// at the right, the "Review" menu and the toolbar. It takes drops of files and folders anywhere,
+/// shows every message of the store in an alert titled "Tabrix", and opens the custom fields sheet.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit MainWindow(Store &store, QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    SidebarView *sidebar() const { return m_sidebar; }
+    /// The review screen of the selected document, or null when none is selected.
+    ReviewView *review() const { return m_review; }
+    /// The custom fields sheet while it is open.
+    CustomFieldsDialog *customFieldsDialog() const { return m_customFields; }
+    /// The alert on screen, if any.
+    QMessageBox *alert() const { return m_alert; }
+
+    /// Opens the custom fields sheet (the "Custom Fields" toolbar button).
+    void showCustomFields();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void buildMenu();
+    void buildToolBar();
+    void showSelected();
+    void showAlert();
+    bool handleDragEvent(QEvent *event);
+
+    Store &m_store;
+    SidebarView *m_sidebar;
+    QStackedWidget *m_right;
+    QWidget *m_empty;
+    ReviewView *m_review = nullptr;
+    DropHighlight *m_dropHighlight;
+    QComboBox *m_layoutPicker = nullptr;
+    QPointer<CustomFieldsDialog> m_customFields;
+    QPointer<QMessageBox> m_alert;
+};

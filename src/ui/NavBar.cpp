@@ -1,0 +1,87 @@
+#include "NavBar.h"
+
+#include "Icons.h"
+#include "SymbolLabel.h"
+#include "Theme.h"
+
+#include <QHBoxLayout>
+#include <QKeySequence>
+#include <QLabel>
+#include <QPushButton>
+
+NavBar::NavBar(Store &store, const DocPtr &doc, QWidget *parent) : QWidget(parent), m_store(store), m_doc(doc)
+{
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(12, 8, 12, 8);
+    layout->setSpacing(8);
+
+    m_previous = new QPushButton(Icons::icon(QStringLiteral("chevron.left")), QStringLiteral("Previous"));
+    m_previous->setObjectName(QStringLiteral("previous"));
+    m_position = new QLabel;
+    m_position->setObjectName(QStringLiteral("position"));
+    m_position->setFont(Theme::amounts());
+    m_next = new QPushButton(Icons::icon(QStringLiteral("chevron.right")), QStringLiteral("Next"));
+    m_next->setObjectName(QStringLiteral("next"));
+    m_next->setLayoutDirection(Qt::RightToLeft); // the chevron after the word
+    m_next->setToolTip(nextTooltip());
+    layout->addWidget(m_previous);
+    layout->addWidget(m_position);
+    layout->addWidget(m_next);
+    layout->addStretch();
+
+    m_approvedBox = new QWidget;
+    auto *approved = new QHBoxLayout(m_approvedBox);
+    approved->setContentsMargins(0, 0, 0, 0);
+    approved->setSpacing(6);
+    approved->addWidget(new SymbolLabel(QStringLiteral("checkmark.seal.fill"), 18, Theme::green()));
+    auto *approvedText = new QLabel(QStringLiteral("Approved"));
+    approvedText->setStyleSheet(QStringLiteral("color: %1; font-weight: bold").arg(Theme::green().name()));
+    approved->addWidget(approvedText);
+    m_undo = new QPushButton(QStringLiteral("Undo approval"));
+    m_undo->setObjectName(QStringLiteral("undoApproval"));
+    approved->addSpacing(4);
+    approved->addWidget(m_undo);
+    layout->addWidget(m_approvedBox);
+
+    m_approve = new QPushButton(QStringLiteral("Approve"));
+    m_approve->setObjectName(QStringLiteral("approve"));
+    // "&&" shows one ampersand: a single one would mark a mnemonic.
+    m_approveNext = new QPushButton(QStringLiteral("Approve && Next"));
+    m_approveNext->setObjectName(QStringLiteral("approveAndNext"));
+    m_approveNext->setDefault(true);
+    layout->addWidget(m_approve);
+    layout->addWidget(m_approveNext);
+
+    connect(m_previous, &QPushButton::clicked, this, [this] { m_store.move(-1); });
+    connect(m_next, &QPushButton::clicked, this, [this] { m_store.move(+1); });
+    connect(m_undo, &QPushButton::clicked, this, [this] { m_doc->setApproved(false); });
+    connect(m_approve, &QPushButton::clicked, this, [this] {
+        if (m_doc->status().kind() == DocStatus::Ready)
+            m_doc->setApproved(true);
+    });
+    connect(m_approveNext, &QPushButton::clicked, &m_store, &Store::approveAndNext);
+    connect(&m_store, &Store::changed, this, &NavBar::refresh);
+    refresh();
+}
+
+QString NavBar::nextTooltip()
+{
+    QString tip = QStringLiteral("Next document (\u2318])");
+#ifndef Q_OS_MACOS
+    tip.replace(QStringLiteral("\u2318]"),
+                QKeySequence(Qt::CTRL | Qt::Key_BracketRight).toString(QKeySequence::NativeText));
+#endif
+    return tip;
+}
+
+void NavBar::refresh()
+{
+    m_previous->setEnabled(m_store.canGoPrevious());
+    m_next->setEnabled(m_store.canGoNext());
+    m_position->setText(m_store.position());
+    const bool approved = m_doc->approved();
+    m_approvedBox->setVisible(approved);
+    m_approve->setVisible(!approved);
+    m_approveNext->setVisible(!approved);
+    m_approve->setEnabled(m_doc->status().kind() == DocStatus::Ready);
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "model/DocItem.h"
+
+#include <QColor>
+#include <QList>
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
+
+/// The colour classes of outlines: confident or edited values, doubtful values, line items.
+enum class OutlineKind { Detected, LowConfidence, LineItem };
+
+/// One outline over a page: where a value was read.
+struct OutlineBox {
+    QString id;  ///< the field's key, or "item-" + the line item's id
+    QRectF rect; ///< normalised page rectangle
+    OutlineKind kind;
+    bool selected; ///< the field or item has focus in the form
+    QString label; ///< the field's label, or the item's description
+
+    QColor color() const;
+};
+
+namespace Outlines {
+
+/// Confidence from which a value counts as detected rather than doubtful (the badge uses it too).
+constexpr double confident = 0.7;
+
+/// The key under which a line item is highlighted and outlined.
+QString itemKey(const LineItem &item);
+
+/// The outlines for page `page` of `doc`: every field with a value and a box on that page (green when
+/// edited or confident, orange otherwise), then every line item with a box there (blue), in that order.
+/// `highlightKey` marks the selected one.
+QList<OutlineBox> forPage(const DocItem &doc, int page, const QString &highlightKey);
+
+/// The page box of the field or item keyed `key` in `doc`, if it has one.
+std::optional<PageBox> boxOf(const DocItem &doc, const QString &key);
+
+/// The rectangle an image of `imageSize` occupies when scaled to fit `area`, keeping its aspect ratio,
+/// centred.
+QRectF fitRect(const QSizeF &imageSize, const QRectF &area);
+
+/// A normalised page rectangle in the coordinates of an image displayed at `imageRect`.
+QRectF toDisplay(const QRectF &normalised, const QRectF &imageRect);
+
+} // namespace Outlines

@@ -1,0 +1,112 @@
+#include "PageCanvas.h"
+
+#include "Theme.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+namespace {
+
+constexpr int margin = 12;
+constexpr double letterAspect = 8.5 / 11.0; // the blank page drawn when a page has no image
+
+} // namespace
+
+PageCanvas::PageCanvas(QWidget *parent) : QWidget(parent)
+{
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+void PageCanvas::setPage(const PagePtr &page)
+{
+    if (page == m_page)
+        return;
+    m_page = page;
+    m_scaled = QPixmap();
+    update();
+}
+
+void PageCanvas::setOutlines(const QList<OutlineBox> &outlines)
+{
+    if (outlines.size() == m_outlines.size()) {
+        bool same = true;
+        for (qsizetype i = 0; same && i < outlines.size(); ++i) {
+            const OutlineBox &a = outlines[i], &b = m_outlines[i];
+            same = a.id == b.id && a.rect == b.rect && a.kind == b.kind && a.selected == b.selected &&
+                   a.label == b.label;
+        }
+        if (same)
+            return;
+    }
+    m_outlines = outlines;
+    update();
+}
+
+QSizeF PageCanvas::pageSize() const
+{
+    if (m_page && !m_page->image.isNull())
+        return m_page->image.size();
+    return QSizeF(1100 * letterAspect, 1100);
+}
+
+QRectF PageCanvas::imageRect() const
+{
+    return Outlines::fitRect(pageSize(), QRectF(rect()).adjusted(margin, margin, -margin, -margin))
+        .toAlignedRect();
+}
+
+void PageCanvas::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF target = imageRect();
+    if (target.isEmpty())
+        return;
+
+    // A soft shadow lifts the page off the background.
+    painter.fillRect(target.translated(0, 2).adjusted(-1, -1, 1, 1), QColor(0, 0, 0, 28));
+    if (m_page && !m_page->image.isNull()) {
+        const qreal dpr = devicePixelRatioF();
+        const QSize pixels = (target.size() * dpr).toSize();
+        if (m_scaled.size() != pixels) {
+            m_scaled = QPixmap::fromImage(
+                m_page->image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+            m_scaled.setDevicePixelRatio(dpr);
+        }
+        painter.drawPixmap(target.topLeft(), m_scaled);
+    } else {
+        painter.fillRect(target, Qt::white);
+    }
+
+    const OutlineBox *selected = nullptr;
+    for (const OutlineBox &box : m_outlines) {
+        const QRectF r = Outlines::toDisplay(box.rect, target).adjusted(-2, -2, 2, 2);
+        const QColor color = box.color();
+        painter.setPen(QPen(color, box.selected ? 3.0 : 1.5));
+        painter.setBrush(Theme::faded(color, box.selected ? 0.22 : 0.08));
+        painter.drawRoundedRect(r, 3, 3);
+        if (box.selected)
+            selected = &box;
+    }
+
+    // The focused value's label sits on a tag just above its outline.
+    if (selected && !selected->label.isEmpty()) {
+        const QRectF r = Outlines::toDisplay(selected->rect, target).adjusted(-2, -2, 2, 2);
+        QFont font = Theme::caption();
+        font.setBold(true);
+        const QFontMetrics metrics(font);
+        const QString text = metrics.elidedText(selected->label, Qt::ElideRight, int(target.width()) - 12);
+        QRectF tag(r.left(), r.top() - metrics.height() - 4, metrics.horizontalAdvance(text) + 10,
+                   metrics.height() + 4);
+        if (tag.top() < target.top())
+            tag.moveTop(r.bottom() + 2);
+        if (tag.right() > target.right())
+            tag.moveRight(target.right());
+        QPainterPath path;
+        path.addRoundedRect(tag, 3, 3);
+        painter.fillPath(path, selected->color());
+        painter.setPen(Qt::white);
+        painter.setFont(font);
+        painter.drawText(tag, Qt::AlignCenter, text);
+    }
+}
