@@ -1,9 +1,7 @@
-#include "LinesCli.h"
+#include "CliRunner.h"
 
 #include <QUuid>
 #include <gtest/gtest.h>
-
-using LinesCli::line;
 
 namespace {
 
@@ -55,9 +53,9 @@ void expectField(const QJsonObject &fields, const QString &key, const QString &v
 // ambiguous date reads month first for a C locale (taken as US English).
 TEST(IdentityCli, StandardFields)
 {
-    const LinesCli::Run run = LinesCli::run(invoice());
+    const CliRun run = runLines(invoice());
     ASSERT_EQ(run.exitCode, 0) << run.err.constData();
-    const QJsonObject fields = LinesCli::fieldsByKey(run.out);
+    const QJsonObject fields = fieldsByKey(run.out);
     EXPECT_EQ(fields.size(), 8);
     expectField(fields, QStringLiteral("vendor"), QStringLiteral("Golden Bakery"), 0.75, true);
     expectField(fields, QStringLiteral("number"), QStringLiteral("INV-2024-001"), 0.92, true);
@@ -69,10 +67,9 @@ TEST(IdentityCli, StandardFields)
 // A British user reads the same ambiguous date day first.
 TEST(IdentityCli, LocaleOrdersAmbiguousDates)
 {
-    const LinesCli::Run run = LinesCli::run(invoice(), QStringLiteral("en_GB.UTF-8"));
+    const CliRun run = runLines(invoice(), QStringLiteral("en_GB.UTF-8"));
     ASSERT_EQ(run.exitCode, 0) << run.err.constData();
-    expectField(LinesCli::fieldsByKey(run.out), QStringLiteral("date"), QStringLiteral("2024-04-03"), 0.9,
-                true);
+    expectField(fieldsByKey(run.out), QStringLiteral("date"), QStringLiteral("2024-04-03"), 0.9, true);
 }
 
 // A note that payment is due on receipt makes the issue date the due date.
@@ -80,10 +77,9 @@ TEST(IdentityCli, DueOnReceipt)
 {
     const QJsonArray lines{line(QStringLiteral("Date: 15 Jan 2024"), 0.1, 0.1),
                            line(QStringLiteral("Payment due on receipt"), 0.1, 0.2)};
-    const LinesCli::Run run =
-        LinesCli::run(QJsonDocument(QJsonObject{{QStringLiteral("lines"), lines}}).toJson());
+    const CliRun run = runLines(QJsonDocument(QJsonObject{{QStringLiteral("lines"), lines}}).toJson());
     ASSERT_EQ(run.exitCode, 0) << run.err.constData();
-    const QJsonObject fields = LinesCli::fieldsByKey(run.out);
+    const QJsonObject fields = fieldsByKey(run.out);
     expectField(fields, QStringLiteral("date"), QStringLiteral("2024-01-15"), 0.9, true);
     expectField(fields, QStringLiteral("dueDate"), QStringLiteral("2024-01-15"), 0.5, false);
 }
@@ -99,7 +95,7 @@ TEST(IdentityCli, CustomFields)
         definition(invalidId, QStringLiteral("Broken"), QStringLiteral("("), true),
         definition(belowId, QString(), QStringLiteral("Project"), false),
     };
-    const LinesCli::Run run = LinesCli::run(invoice(defs));
+    const CliRun run = runLines(invoice(defs));
     ASSERT_EQ(run.exitCode, 0) << run.err.constData();
     const QJsonArray list =
         QJsonDocument::fromJson(run.out).object().value(QStringLiteral("fields")).toArray();
@@ -110,7 +106,7 @@ TEST(IdentityCli, CustomFields)
     EXPECT_EQ(list[9][QStringLiteral("source")].toString(), QStringLiteral(R"(re|PO[- ]?(\d+))"));
     EXPECT_TRUE(list[9][QStringLiteral("isCustom")].toBool());
 
-    const QJsonObject fields = LinesCli::fieldsByKey(run.out);
+    const QJsonObject fields = fieldsByKey(run.out);
     expectField(fields, poId, QStringLiteral("4711-A"), 0.75, true);
     expectField(fields, groupId, QStringLiteral("1234"), 0.85, true);
     expectField(fields, wholeId, QStringLiteral("INV-2024"), 0.85, true);
@@ -126,7 +122,7 @@ TEST(IdentityCli, RejectsMalformedDefinition)
                                       {QStringLiteral("name"), QStringLiteral("X")},
                                       {QStringLiteral("pattern"), QStringLiteral("X")},
                                       {QStringLiteral("isRegex"), false}}};
-    const LinesCli::Run run = LinesCli::run(invoice(defs));
+    const CliRun run = runLines(invoice(defs));
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_TRUE(run.out.isEmpty());
     EXPECT_TRUE(run.err.contains("customFields")) << run.err.constData();

@@ -7,15 +7,6 @@
 
 namespace {
 
-QJsonObject fieldNamed(const QJsonObject &result, const QString &key)
-{
-    for (const QJsonValue &v : result.value("fields").toArray()) {
-        if (v.toObject().value("key").toString() == key)
-            return v.toObject();
-    }
-    return {};
-}
-
 // The seam reads lines from standard input and prints fields, items and rows with boxes.
 TEST(LinesCli, ExtractsFromStandardInput)
 {
@@ -25,14 +16,14 @@ TEST(LinesCli, ExtractsFromStandardInput)
         {"text": "Paper", "rect": [0.1, 0.33, 0.2, 0.02], "page": 0}, {"text": "3", "rect": [0.5, 0.33, 0.05, 0.02]},
         {"text": "12.00", "rect": [0.7, 0.33, 0.1, 0.02]},
         {"text": "Total", "rect": [0.5, 0.4, 0.1, 0.02]}, {"text": "12.00", "rect": [0.7, 0.4, 0.1, 0.02]}]})";
-    const CliRun run = runCli({"--lines", "-"}, input);
+    const CliRun run = runLines(input);
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
     const QJsonObject result = QJsonDocument::fromJson(run.out).object();
-    const QJsonObject total = fieldNamed(result, "total");
+    const QJsonObject total = fieldsByKey(run.out)["total"].toObject();
     EXPECT_EQ(total.value("value").toString(), QStringLiteral("12.00"));
     EXPECT_EQ(total.value("box").toObject().value("page").toInt(), 0);
     EXPECT_EQ(total.value("box").toObject().value("rect").toArray().size(), 4);
-    EXPECT_TRUE(fieldNamed(result, "dueDate").value("box").isNull());
+    EXPECT_TRUE(fieldsByKey(run.out)["dueDate"].toObject().value("box").isNull());
 
     const QJsonArray items = result.value("items").toArray();
     ASSERT_EQ(items.size(), 1);
@@ -48,7 +39,7 @@ TEST(LinesCli, ExtractsFromStandardInput)
 // A bare array is taken as the lines; custom field definitions in the input are applied.
 TEST(LinesCli, BareArrayAndCustomFields)
 {
-    CliRun run = runCli({"--lines", "-"}, R"([{"text": "PO Number: 4711-A", "rect": [0, 0, 1, 0.1]}])");
+    CliRun run = runLines(R"([{"text": "PO Number: 4711-A", "rect": [0, 0, 1, 0.1]}])");
     ASSERT_EQ(run.exitCode, 0);
     EXPECT_EQ(QJsonDocument::fromJson(run.out).object().value("fields").toArray().size(), 8);
 
@@ -56,8 +47,7 @@ TEST(LinesCli, BareArrayAndCustomFields)
                  R"({"lines": [], "customFields": [{"id": "0F8D4E4A-3C1B-4F2A-9E57-1B2C3D4E5F60",
         "isRegex": false, "name": "PO", "pattern": "PO Number"}]})");
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    const QJsonObject custom =
-        fieldNamed(QJsonDocument::fromJson(run.out).object(), "0F8D4E4A-3C1B-4F2A-9E57-1B2C3D4E5F60");
+    const QJsonObject custom = fieldsByKey(run.out)["0F8D4E4A-3C1B-4F2A-9E57-1B2C3D4E5F60"].toObject();
     EXPECT_TRUE(custom.value("isCustom").toBool());
     EXPECT_EQ(custom.value("source").toString(), QStringLiteral("kw|PO Number"));
 }
@@ -78,7 +68,7 @@ TEST(LinesCli, RejectsInvalidInput)
         R"({"lines": [], "customFields": [{"id": "nope", "isRegex": false, "name": "", "pattern": ""}]})",
         R"({"lines": [], "customFields": [{"id": "0F8D4E4A-3C1B-4F2A-9E57-1B2C3D4E5F60", "name": "", "pattern": ""}]})"};
     for (const QByteArray &input : inputs) {
-        const CliRun run = runCli({"--lines", "-"}, input);
+        const CliRun run = runLines(input);
         EXPECT_EQ(run.exitCode, 1) << input.toStdString();
         EXPECT_TRUE(run.out.isEmpty());
         EXPECT_EQ(run.err.count('\n'), 1) << run.err.toStdString();
