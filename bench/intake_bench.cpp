@@ -2,7 +2,7 @@
 //   DumpLines vs Pdftotext     whole processes reading the text layer of a 40-page digital PDF
 //   LoadPdfRendered            the app's path: text and a 2400 px image per Letter page (ms_per_page)
 //   Ocr vs TesseractCli        one rendered invoice page; the CLI with OMP_THREAD_LIMIT=1 (line_accuracy)
-// Run: build/IntakeBench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+// Run: build/intake_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 #include "intake/Ocr.h"
 #include "intake/Pipeline.h"
 
