@@ -10,8 +10,17 @@ QList<Amount> amountCandidates(const QString &text)
 {
     QList<Amount> amounts;
     for (const Regex::Match &m : Patterns::moneyRx().matchAll(text)) {
-        if (const auto value = Money::parse(m.captured(text)))
-            amounts.append(Amount{*value, m.range()});
+        const auto value = Money::parse(m.captured(text));
+        if (!value)
+            continue;
+        // A match may begin with the blank before its digits ("Subtotal  90.00"); the range starts at the
+        // amount itself, so its box outlines the amount rather than the end of the label before it.
+        TextRange range = m.range();
+        if (range.len > 0 && text[range.loc].isSpace()) {
+            ++range.loc;
+            --range.len;
+        }
+        amounts.append(Amount{*value, range});
     }
     return amounts;
 }

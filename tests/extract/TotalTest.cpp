@@ -91,12 +91,17 @@ TEST(AmountNear, NeverCrossesPages)
     EXPECT_FALSE(Extractor::amountNear(Extractor::scanRows(rows), 0));
 }
 
-// The total's box outlines the amount, not the label.
+// The total's box outlines the amount, not the label, also when the match takes the blank before it.
 TEST(FindTotalBox, OutlinesTheAmount)
 {
-    const Field total = Extractor::findTotal(scan({{"Total", "$1,234.56"}}));
-    ASSERT_TRUE(total.box);
-    EXPECT_NEAR(total.box->rect.left(), 0.25, 1e-9);
+    for (const char *amount : {"$1,234.56", "1,234.56"}) {
+        const Field total = Extractor::findTotal(scan({{"Total", amount}}));
+        ASSERT_TRUE(total.box);
+        EXPECT_NEAR(total.box->rect.left(), 0.25, 1e-9) << amount;
+    }
+    const auto amounts = Extractor::amountCandidates("Net  90.00");
+    ASSERT_EQ(amounts.size(), 1);
+    EXPECT_EQ(amounts[0].range, (TextRange{5, 5}));
 }
 
 } // namespace
