@@ -1,6 +1,7 @@
 #include "Currency.h"
 
 #include "Regex.h"
+#include "Rows.h"
 
 #include <QHash>
 #include <array>
@@ -48,11 +49,7 @@ std::optional<PageBox> firstBox(const QString &token, const QList<Row> &rows)
 Field findCurrency(const QList<Row> &rows)
 {
     Field field = emptyField(QStringLiteral("currency"), QStringLiteral("Currency"));
-    QStringList texts;
-    texts.reserve(rows.size());
-    for (const Row &row : rows)
-        texts.append(row.text);
-    const QString doc = texts.join(u'\n');
+    const QString doc = documentText(rows);
 
     // Codes, most frequent first; equal counts go to the code seen first in the document.
     QList<QString> order;

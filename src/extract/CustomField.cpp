@@ -1,6 +1,7 @@
 #include "CustomField.h"
 
 #include "Regex.h"
+#include "Rows.h"
 
 namespace Extractor {
 
@@ -66,11 +67,7 @@ void byPattern(const QString &pattern, const QList<Row> &rows, Field &field)
         }
     }
     // Nothing within one row: let the pattern span rows.
-    QStringList texts;
-    texts.reserve(rows.size());
-    for (const Row &row : rows)
-        texts.append(row.text);
-    const QString joined = texts.join(u'\n');
+    const QString joined = documentText(rows);
     if (const auto m = rx->match(joined)) {
         const TextRange range = chosenRange(*rx, *m);
         field.value = joined.mid(range.loc, range.len).trimmed();

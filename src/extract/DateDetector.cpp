@@ -1,5 +1,6 @@
 #include "DateDetector.h"
 
+#include "Patterns.h"
 #include "Regex.h"
 
 #include <algorithm>
@@ -138,17 +139,12 @@ bool hasMonthWord(const QString &text)
     return false;
 }
 
-bool hasDigit(const QString &text)
-{
-    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
-}
-
 } // namespace
 
 QList<Match> find(const QString &text, Order order, const QDate &today)
 {
     QList<Match> all;
-    if (!hasDigit(text))
+    if (!Patterns::hasDigit(text))
         return all;
     addNumeric(text, order, all);
     if (hasMonthWord(text)) {

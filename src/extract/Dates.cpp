@@ -2,6 +2,7 @@
 
 #include "DateDetector.h"
 #include "Regex.h"
+#include "Rows.h"
 #include "model/Money.h"
 
 namespace Extractor {
@@ -176,11 +177,7 @@ std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale,
     if (due) {
         fill(dueDate, *due);
     } else if (issue) {
-        QStringList texts;
-        texts.reserve(rows.size());
-        for (const Row &row : rows)
-            texts.append(row.text);
-        const QString doc = texts.join(u'\n');
+        const QString doc = documentText(rows);
         bool parsed = false;
         int days = 0;
         if (const auto m = netTerms().match(doc))

@@ -1,6 +1,7 @@
 #include "Patterns.h"
 
 #include <QVarLengthArray>
+#include <algorithm>
 #include <string_view>
 
 namespace Patterns {
@@ -73,6 +74,11 @@ bool isHeaderLike(const QString &text)
     if (hits < 2 && mayContain(text, {W("amount"), W("total"), W("ext")}) && hdrAmt().contains(text))
         ++hits;
     return hits >= 2;
+}
+
+bool hasDigit(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
 }
 
 bool mayContain(const QString &text, std::initializer_list<QLatin1StringView> words)

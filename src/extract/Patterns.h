@@ -20,6 +20,9 @@ const Regex &dateOnly();
 /// True when at least two of the four table-header patterns match: the row looks like a table header.
 bool isHeaderLike(const QString &text);
 
+/// Whether `text` holds a decimal digit (what `\d` matches): a cheap test before patterns that need one.
+bool hasDigit(const QString &text);
+
 /// A cheap test run before a case-insensitive pattern that cannot match without one of `words`
 /// (lower-case ASCII): false only when none of them occurs in `text`, ignoring case. Text holding a
 /// character whose case folding yields ASCII letters ("ß", "ſ", "ﬁ", the Kelvin sign…) always passes,

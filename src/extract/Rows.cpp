@@ -19,11 +19,7 @@ QList<Row> buildRows(const QList<TextLine> &lines)
             if (line.page == page)
                 onPage.append(line);
         }
-        std::stable_sort(onPage.begin(), onPage.end(), [](const TextLine &a, const TextLine &b) {
-            if (a.rect.top() != b.rect.top())
-                return a.rect.top() < b.rect.top();
-            return a.rect.left() < b.rect.left();
-        });
+        std::stable_sort(onPage.begin(), onPage.end(), topThenLeft);
 
         QList<TextLine> group;
         double midSum = 0;
@@ -46,6 +42,17 @@ QList<Row> buildRows(const QList<TextLine> &lines)
             rows.append(Row(page, std::move(group)));
     }
     return rows;
+}
+
+QString documentText(const QList<Row> &rows)
+{
+    QString text;
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        if (i > 0)
+            text += u'\n';
+        text += rows[i].text;
+    }
+    return text;
 }
 
 } // namespace Extractor

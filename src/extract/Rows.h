@@ -9,4 +9,15 @@ namespace Extractor {
 /// of the mean mid y of the row's lines.
 QList<Row> buildRows(const QList<TextLine> &lines);
 
+/// Reading order of lines on one page: top edge ascending, equal tops by left edge (exact comparisons).
+inline bool topThenLeft(const TextLine &a, const TextLine &b)
+{
+    if (a.rect.top() != b.rect.top())
+        return a.rect.top() < b.rect.top();
+    return a.rect.left() < b.rect.left();
+}
+
+/// The whole document as one text: every row's text, in row order, separated by line feeds.
+QString documentText(const QList<Row> &rows);
+
 } // namespace Extractor

@@ -3,6 +3,7 @@
 #include "OrgTagger.h"
 #include "Patterns.h"
 #include "Regex.h"
+#include "Rows.h"
 #include "model/Graphemes.h"
 
 #include <algorithm>
@@ -66,8 +67,8 @@ bool mayBeSkipped(const QString &text)
 // An address needs a digit or a "Box"; the pattern is case-sensitive, so this test is exact.
 bool mayBeAddress(const QString &text)
 {
-    const bool hasDigit = std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
-    return (hasDigit || text.contains(QLatin1StringView("Box"))) && addressLike().contains(text);
+    return (Patterns::hasDigit(text) || text.contains(QLatin1StringView("Box"))) &&
+           addressLike().contains(text);
 }
 
 bool mayBeLabel(const QString &text)
@@ -123,11 +124,7 @@ Field findVendor(const QList<TextLine> &lines)
         if (line.page == 0)
             firstPage.append(line);
     }
-    std::stable_sort(firstPage.begin(), firstPage.end(), [](const TextLine &a, const TextLine &b) {
-        if (a.rect.top() != b.rect.top())
-            return a.rect.top() < b.rect.top();
-        return a.rect.left() < b.rect.left();
-    });
+    std::stable_sort(firstPage.begin(), firstPage.end(), topThenLeft);
 
     for (const TextLine &line : firstPage) {
         if (!mayBeLabel(line.text))
