@@ -41,7 +41,7 @@ QStringList queue(const QStringList &paths)
 /// The definitions given with --custom-fields, or else the user's saved ones (never written here).
 std::optional<QList<CustomFieldDef>> customFields(const QString &given)
 {
-    QFile file(given.isEmpty() ? Store::defaultDataFolder() + QStringLiteral("/custom-fields.json") : given);
+    QFile file(given.isEmpty() ? Store::customFieldsPath(Store::defaultDataFolder()) : given);
     if (!file.open(QIODevice::ReadOnly))
         return given.isEmpty() ? std::optional(QList<CustomFieldDef>{}) : std::nullopt;
     const auto defs = CustomFieldCodec::decode(file.readAll());

@@ -447,6 +447,11 @@ void Store::setCustomFields(const QList<CustomFieldDef> &defs)
     emit changed();
 }
 
+QString Store::customFieldsPath(const QString &folder)
+{
+    return folder + QStringLiteral("/custom-fields.json");
+}
+
 QString Store::defaultDataFolder()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Tabrix");
@@ -455,7 +460,7 @@ QString Store::defaultDataFolder()
 QString Store::customFieldsPath() const
 {
     QDir().mkpath(m_dataFolder);
-    return m_dataFolder + QStringLiteral("/custom-fields.json");
+    return customFieldsPath(m_dataFolder);
 }
 
 void Store::loadCustomFields()

@@ -154,6 +154,8 @@ public:
     void setCustomFields(const QList<CustomFieldDef> &defs);
     /// The user's "Tabrix" data folder, where "custom-fields.json" is kept.
     static QString defaultDataFolder();
+    /// Where the definitions file lies in `folder` (nothing is created).
+    static QString customFieldsPath(const QString &folder);
     /// Location of "custom-fields.json"; creates its folder on every call, ignoring failure.
     QString customFieldsPath() const;
     /// Brings the custom fields of every ready document in line with the definitions: renamed ones are
