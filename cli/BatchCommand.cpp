@@ -137,19 +137,14 @@ QList<Expected<Processing::Loaded>> readAll(const QStringList &files, const QLis
     return results;
 }
 
-QByteArray exportBytes(const BatchOptions &options, const QList<const DocItem *> &docs,
-                       const QList<CustomFieldDef> &defs, QString &error)
+/// The chosen export of `docs`, or the archiver's error for a workbook.
+Expected<QByteArray> exportBytes(const BatchOptions &options, const QList<const DocItem *> &docs,
+                                 const QList<CustomFieldDef> &defs)
 {
     if (options.format == QLatin1String("json"))
         return Exporter::json(docs, defs);
-    if (options.format == QLatin1String("xlsx")) {
-        auto bytes = Exporter::xlsx(Exporter::workbookSheets(docs, defs));
-        if (const auto *failure = std::get_if<TabrixError>(&bytes)) {
-            error = failure->message;
-            return {};
-        }
-        return std::get<QByteArray>(bytes);
-    }
+    if (options.format == QLatin1String("xlsx"))
+        return Exporter::xlsx(Exporter::workbookSheets(docs, defs));
     const Table table = options.layout == QLatin1String("line-item") ? Exporter::lineItems(docs)
                                                                      : Exporter::documents(docs, defs);
     return (options.format == QLatin1String("csv") ? Exporter::csv(table) : Exporter::tsv(table)).toUtf8();
@@ -193,12 +188,12 @@ int runBatch(const BatchOptions &options)
     for (const auto &doc : ready)
         docs.append(doc.get());
 
-    QString error;
-    const QByteArray bytes = exportBytes(options, docs, *defs, error);
-    if (!error.isEmpty()) {
-        printError(QStringLiteral("tabrix-cli: ") + error);
+    const auto exported = exportBytes(options, docs, *defs);
+    if (const auto *error = std::get_if<TabrixError>(&exported)) {
+        printError(QStringLiteral("tabrix-cli: ") + error->message);
         return 1;
     }
+    const QByteArray &bytes = std::get<QByteArray>(exported);
     if (options.output.isEmpty()) {
         std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
         if (options.format == QLatin1String("json"))
