@@ -53,7 +53,7 @@ void BM_ExtractOnePage(benchmark::State &state)
 {
     const QList<TextLine> lines = invoicePage(0, 11); // 60 lines
     for (auto _ : state)
-        benchmark::DoNotOptimize(Extractor::extract(lines, {}));
+        benchmark::DoNotOptimize(Extractor::extract(lines, {}, RuleSet::Full));
     state.counters["lines"] = double(lines.size());
 }
 
@@ -63,7 +63,7 @@ void BM_ExtractFortyPages(benchmark::State &state)
     for (int page = 0; page < 40; ++page)
         lines += invoicePage(page, 11);
     for (auto _ : state)
-        benchmark::DoNotOptimize(Extractor::extract(lines, {}));
+        benchmark::DoNotOptimize(Extractor::extract(lines, {}, RuleSet::Full));
     state.counters["lines"] = double(lines.size());
 }
 

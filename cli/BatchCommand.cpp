@@ -99,7 +99,7 @@ private:
 /// Reads every file, `jobs` at once, and returns the results in queue order. Each task writes only its
 /// own slot; completions come back to this thread through queued calls.
 QList<Expected<Processing::Loaded>> readAll(const QStringList &files, const QList<CustomFieldDef> &defs,
-                                            int jobs, Progress &progress)
+                                            int jobs, RuleSet rules, Progress &progress)
 {
     QList<Expected<Processing::Loaded>> results(files.size(), TabrixError{});
     if (files.isEmpty())
@@ -107,6 +107,7 @@ QList<Expected<Processing::Loaded>> readAll(const QStringList &files, const QLis
     Pipeline::LoadOptions options;
     options.renderImages = false;
     options.threads = 1; // documents are already read in parallel
+    options.rules = rules;
     const Processing::Loader loader = Processing::pipelineLoader(options);
 
     QThreadPool pool;
@@ -117,7 +118,7 @@ QList<Expected<Processing::Loaded>> readAll(const QStringList &files, const QLis
     qsizetype finished = 0;
     for (qsizetype i = 0; i < files.size(); ++i) {
         pool.start([&, i] {
-            auto result = Processing::run(files[i], defs, {}, loader);
+            auto result = Processing::run(files[i], defs, {}, loader, rules);
             if (auto *loaded = std::get_if<Processing::Loaded>(&result))
                 loaded->pages.clear(); // nothing here looks at pages; keep memory flat
             QMetaObject::invokeMethod(
@@ -167,7 +168,7 @@ int runBatch(const BatchOptions &options)
 
     const int jobs = options.jobs > 0 ? options.jobs : std::max(1, QThread::idealThreadCount());
     Progress progress(files.size(), options.quiet);
-    const auto results = readAll(files, *defs, jobs, progress);
+    const auto results = readAll(files, *defs, jobs, options.rules, progress);
 
     std::vector<std::unique_ptr<DocItem>> ready;
     bool anyFailed = false;

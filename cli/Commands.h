@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/RuleSet.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -12,11 +14,12 @@ struct BatchOptions {
     QString customFields;                        ///< empty: the user's saved definitions
     int jobs = 0;                                ///< 0: number of cores
     bool quiet = false;
+    RuleSet rules = RuleSet::Full;
 };
 
 /// Each returns the process exit status: 0 success, 1 usage or input error, 2 some documents failed.
-int runLines(const QString &path);
-int runDumpLines(const QString &path);
+int runLines(const QString &path, RuleSet rules);
+int runDumpLines(const QString &path, RuleSet rules);
 int runBatch(const BatchOptions &options);
 
 /// Writes one line to standard error.

@@ -5,11 +5,12 @@
 
 #include <cstdio>
 
-int runDumpLines(const QString &path)
+int runDumpLines(const QString &path, RuleSet rules)
 {
     // Nobody looks at the pages here: digital pages are never rasterised, recognised ones not kept.
     Pipeline::LoadOptions options;
     options.renderImages = false;
+    options.rules = rules;
     const auto loaded = Pipeline::load(path, options, {});
     if (const auto *error = std::get_if<TabrixError>(&loaded)) {
         printError(path + QStringLiteral(": Failed: ") + error->message);

@@ -9,7 +9,7 @@ void printError(const QString &message)
     std::fprintf(stderr, "%s\n", message.toUtf8().constData());
 }
 
-int runLines(const QString &path)
+int runLines(const QString &path, RuleSet rules)
 {
     QFile file;
     const bool opened = path == QLatin1String("-") ? file.open(stdin, QIODevice::ReadOnly)
@@ -24,7 +24,7 @@ int runLines(const QString &path)
         return 1;
     }
     const auto &[lines, custom] = std::get<LinesJson::Input>(input);
-    const QByteArray out = LinesJson::writeResult(Extractor::extract(lines, custom));
+    const QByteArray out = LinesJson::writeResult(Extractor::extract(lines, custom, rules));
     std::fwrite(out.constData(), 1, size_t(out.size()), stdout);
     std::fputc('\n', stdout);
     return 0;

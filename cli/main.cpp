@@ -15,7 +15,9 @@ const char *const usage =
     "  --output FILE                write the export to FILE (default standard output)\n"
     "  --custom-fields FILE         custom field definitions (default: the saved ones)\n"
     "  --jobs N                     documents read at once (default: number of cores)\n"
-    "  --quiet                      no progress on standard error\n";
+    "  --quiet                      no progress on standard error\n"
+    "  --rules core|full            core: the base rules alone; full (default): with the extensions\n"
+    "                               (languages, receipts, checks); applies to --lines and --dump-lines too\n";
 
 int usageError(const QString &message)
 {
@@ -29,9 +31,25 @@ int usageError(const QString &message)
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    const QStringList args = app.arguments().mid(1);
+    const QStringList allArgs = app.arguments().mid(1);
 
     BatchOptions options;
+    // --rules may stand anywhere, also after --lines FILE, so it is taken out before the other options.
+    QStringList args;
+    for (qsizetype i = 0; i < allArgs.size(); ++i) {
+        if (allArgs[i] == QLatin1String("--")) {
+            args += allArgs.mid(i);
+            break;
+        }
+        if (allArgs[i] != QLatin1String("--rules")) {
+            args.append(allArgs[i]);
+            continue;
+        }
+        const auto rules = i + 1 < allArgs.size() ? ruleSetFromName(allArgs[++i]) : std::nullopt;
+        if (!rules)
+            return usageError(QStringLiteral("--rules must be core or full"));
+        options.rules = *rules;
+    }
     for (qsizetype i = 0; i < args.size(); ++i) {
         const QString &arg = args[i];
         auto value = [&](QString &out) {
@@ -47,11 +65,11 @@ int main(int argc, char **argv)
         } else if (arg == QLatin1String("--lines")) {
             if (!value(v) || i + 1 != args.size())
                 return usageError(QStringLiteral("--lines takes exactly one FILE or -"));
-            return runLines(v);
+            return runLines(v, options.rules);
         } else if (arg == QLatin1String("--dump-lines")) {
             if (!value(v) || i + 1 != args.size())
                 return usageError(QStringLiteral("--dump-lines takes exactly one PATH"));
-            return runDumpLines(v);
+            return runDumpLines(v, options.rules);
         } else if (arg == QLatin1String("--format")) {
             if (!value(v) || !QStringList{"json", "csv", "tsv", "xlsx"}.contains(v))
                 return usageError(QStringLiteral("--format must be json, csv, tsv or xlsx"));

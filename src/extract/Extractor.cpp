@@ -35,7 +35,7 @@ Field findSubtotal(const Scan &scan)
 
 } // namespace
 
-Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom)
+Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom, RuleSet /*rules*/)
 {
     Scan scan = scanRows(buildRows(lines));
     const QList<Row> &rows = scan.rows;

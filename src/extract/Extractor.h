@@ -4,6 +4,7 @@
 #include "model/Field.h"
 #include "model/LineItem.h"
 #include "model/Row.h"
+#include "model/RuleSet.h"
 
 namespace Extractor {
 
@@ -14,7 +15,8 @@ struct Result {
     QList<Row> rows;
 };
 
-/// Runs the whole rule-based extraction on a document's lines. Pure and thread-safe; never fails.
-Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom);
+/// Runs the whole rule-based extraction on a document's lines with the base rules (Core) or with our
+/// extensions as well (Full). Pure and thread-safe; never fails.
+Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom, RuleSet rules);
 
 } // namespace Extractor

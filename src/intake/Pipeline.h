@@ -2,6 +2,7 @@
 
 #include "model/DocStatus.h"
 #include "model/PageData.h"
+#include "model/RuleSet.h"
 #include "model/TabrixError.h"
 
 #include <QImage>
@@ -32,6 +33,8 @@ struct LoadOptions {
     /// only when free at once. 0: as many as the machine has cores. The batch command, which already reads
     /// several documents at once, passes 1.
     int threads = 0;
+    /// Core reads scans with the plain recognition procedure; Full adds what we do for receipts and scans.
+    RuleSet rules = RuleSet::Full;
 };
 
 /// Loads a PDF: at most 40 pages, each rendered at 2400 px on its longer side (at most 4× magnified),

@@ -10,7 +10,7 @@ Loader pipelineLoader(Pipeline::LoadOptions options)
 }
 
 Expected<Loaded> run(const QString &path, const QList<CustomFieldDef> &customFields,
-                     const Pipeline::Report &report, const Loader &loader)
+                     const Pipeline::Report &report, const Loader &loader, RuleSet rules)
 {
     Expected<QList<PagePtr>> pages = loader(path, report);
     if (auto *error = std::get_if<TabrixError>(&pages))
@@ -26,7 +26,7 @@ Expected<Loaded> run(const QString &path, const QList<CustomFieldDef> &customFie
         if (page)
             lines += page->lines;
     }
-    loaded.extraction = Extractor::extract(lines, customFields);
+    loaded.extraction = Extractor::extract(lines, customFields, rules);
     return loaded;
 }
 

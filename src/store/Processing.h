@@ -29,9 +29,9 @@ using Loader = std::function<Expected<QList<PagePtr>>(const QString &path, const
 Loader pipelineLoader(Pipeline::LoadOptions options = {});
 
 /// Loads `path` with `loader`, reports (Extracting, 0.92), then runs the extractor over every page's lines
-/// in page order with `customFields`. Touches no shared state; `report` may be called from this thread
-/// and must return at once. Returns the loader's error unchanged when loading fails.
+/// in page order with `customFields` and `rules`. Touches no shared state; `report` may be called from this
+/// thread and must return at once. Returns the loader's error unchanged when loading fails.
 Expected<Loaded> run(const QString &path, const QList<CustomFieldDef> &customFields,
-                     const Pipeline::Report &report, const Loader &loader);
+                     const Pipeline::Report &report, const Loader &loader, RuleSet rules = RuleSet::Full);
 
 } // namespace Processing

@@ -33,10 +33,12 @@ inline CliRun runCli(const QStringList &args, const QByteArray &input = {},
                   process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
-/// tabrix-cli --lines - on `input`.
-inline CliRun runLines(const QByteArray &input, const QString &locale = QStringLiteral("C"))
+/// tabrix-cli --lines - on `input`, with the base rules unless `rules` says otherwise.
+inline CliRun runLines(const QByteArray &input, const QString &locale = QStringLiteral("C"),
+                       const QString &rules = QStringLiteral("core"))
 {
-    return runCli({QStringLiteral("--lines"), QStringLiteral("-")}, input, locale);
+    return runCli({QStringLiteral("--rules"), rules, QStringLiteral("--lines"), QStringLiteral("-")}, input,
+                  locale);
 }
 
 /// One page-0 input line: {"text", "rect": [x, y, w, h]}.

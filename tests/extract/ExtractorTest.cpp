@@ -19,7 +19,7 @@ QStringList keys(const QList<Field> &fields)
 TEST(Extract, FixedFieldListAndCustomFieldsLast)
 {
     const QStringList standard{"vendor", "number", "date", "dueDate", "currency", "subtotal", "tax", "total"};
-    Extractor::Result result = Extractor::extract({}, {});
+    Extractor::Result result = Extractor::extract({}, {}, RuleSet::Core);
     EXPECT_EQ(keys(result.fields), standard);
     EXPECT_TRUE(result.rows.isEmpty());
     EXPECT_TRUE(result.items.isEmpty());
@@ -31,7 +31,7 @@ TEST(Extract, FixedFieldListAndCustomFieldsLast)
     const CustomFieldDef a{QUuid::createUuid(), "A", "po", false};
     const CustomFieldDef b{QUuid::createUuid(), "B", "x", true};
     const CustomFieldDef c{QUuid::createUuid(), "", "", false};
-    result = Extractor::extract({line("Total 5.00", 0.1, 0.1)}, {a, b, c});
+    result = Extractor::extract({line("Total 5.00", 0.1, 0.1)}, {a, b, c}, RuleSet::Core);
     ASSERT_EQ(result.fields.size(), 11);
     EXPECT_EQ(result.fields[8].key, uuidText(a.id));
     EXPECT_EQ(result.fields[9].key, uuidText(b.id));
@@ -44,7 +44,7 @@ TEST(Extract, SubtotalFromFirstRowWithAnAmount)
     const auto result = Extractor::extract(
         {line("Subtotal", 0.1, 0.1), line("see attached schedule", 0.1, 0.3), line("Net amount", 0.1, 0.5),
          line("40.00", 0.5, 0.5), line("Subtotal 99.00", 0.1, 0.7)},
-        {});
+        {}, RuleSet::Core);
     const Field &subtotal = result.fields[5];
     EXPECT_EQ(subtotal.value, QStringLiteral("40.00"));
     EXPECT_GE(subtotal.confidence, 0.88);
@@ -61,7 +61,7 @@ TEST(Extract, ReconcilesAWholeInvoice)
         line("1", 0.5, 0.36),           line("2.50", 0.6, 0.36),   line("2.50", 0.75, 0.36),
         line("Subtotal", 0.6, 0.40),    line("12.50", 0.75, 0.40), line("Tax", 0.6, 0.43),
         line("1.00", 0.75, 0.43),       line("Total", 0.6, 0.46),  line("$13.50", 0.75, 0.46)};
-    const auto result = Extractor::extract(lines, {});
+    const auto result = Extractor::extract(lines, {}, RuleSet::Core);
     ASSERT_EQ(result.items.size(), 2);
     EXPECT_EQ(result.fields[5].value, QStringLiteral("12.50"));
     EXPECT_EQ(result.fields[6].value, QStringLiteral("1.00"));
