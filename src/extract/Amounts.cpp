@@ -6,11 +6,14 @@
 
 namespace Extractor {
 
-QList<Amount> amountCandidates(const QString &text)
+QList<Amount> amountCandidates(const QString &text, RuleSet rules)
 {
     QList<Amount> amounts;
-    for (const Regex::Match &m : Patterns::moneyRx().matchAll(text)) {
-        const auto value = Money::parse(m.captured(text));
+    for (const Regex::Match &m : Patterns::moneyRx(rules).matchAll(text)) {
+        QString matched = m.captured(text);
+        if (rules == RuleSet::Full) // blanks between groups of digits ("1 234,56")
+            matched.remove(u' ').remove(QChar(0xA0)).remove(QChar(0x202F));
+        const auto value = Money::parse(matched);
         if (!value)
             continue;
         // A match may begin with the blank before its digits ("Subtotal  90.00"); the range starts at the
@@ -25,14 +28,15 @@ QList<Amount> amountCandidates(const QString &text)
     return amounts;
 }
 
-Scan scanRows(QList<Row> rows)
+Scan scanRows(QList<Row> rows, RuleSet rules)
 {
     Scan scan;
+    scan.rules = rules;
     scan.amounts.reserve(rows.size());
     scan.headerLike.reserve(rows.size());
     for (const Row &row : rows) {
-        scan.amounts.append(amountCandidates(row.text));
-        scan.headerLike.append(Patterns::isHeaderLike(row.text));
+        scan.amounts.append(amountCandidates(row.text, rules));
+        scan.headerLike.append(Patterns::isHeaderLike(row.text, rules));
     }
     scan.rows = std::move(rows);
     return scan;

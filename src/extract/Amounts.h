@@ -2,6 +2,7 @@
 
 #include "model/Field.h"
 #include "model/Row.h"
+#include "model/RuleSet.h"
 
 #include <optional>
 
@@ -16,13 +17,14 @@ struct Amount {
 /// The document's rows with each row's amount candidates, computed once and shared by every finder.
 struct Scan {
     QList<Row> rows;
-    QList<QList<Amount>> amounts; ///< amounts[i] belongs to rows[i], left to right
-    QList<bool> headerLike;       ///< headerLike[i]: rows[i] matches two or more table-header patterns
+    QList<QList<Amount>> amounts;  ///< amounts[i] belongs to rows[i], left to right
+    QList<bool> headerLike;        ///< headerLike[i]: rows[i] matches two or more table-header patterns
+    RuleSet rules = RuleSet::Core; ///< the rules the amounts were read with, and every finder follows
 };
 
 /// Every `moneyRx` match of the text that Money::parse accepts, left to right.
-QList<Amount> amountCandidates(const QString &text);
-Scan scanRows(QList<Row> rows);
+QList<Amount> amountCandidates(const QString &text, RuleSet rules = RuleSet::Core);
+Scan scanRows(QList<Row> rows, RuleSet rules = RuleSet::Core);
 
 /// An amount found for a label, and whether it came from the row below the label.
 struct NearAmount {

@@ -46,7 +46,7 @@ std::optional<PageBox> firstBox(const QString &token, const QList<Row> &rows)
 
 } // namespace
 
-Field findCurrency(const QList<Row> &rows)
+Field findCurrency(const QList<Row> &rows, RuleSet /*rules*/)
 {
     Field field = emptyField(QStringLiteral("currency"), QStringLiteral("Currency"));
     const QString doc = documentText(rows);

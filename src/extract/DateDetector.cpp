@@ -2,6 +2,9 @@
 
 #include "Patterns.h"
 #include "Regex.h"
+#include "Vocabulary.h"
+
+#include <QSet>
 
 #include <algorithm>
 
@@ -14,11 +17,27 @@ constexpr QLatin1StringView weekdayPart(
     R"((?:(?:mon(?:day)?|tue(?:s(?:day)?)?|wed(?:nesday)?|thu(?:r(?:s(?:day)?)?)?|fri(?:day)?|sat(?:urday)?|)"
     R"(sun(?:day)?)\.?,?\s+)?)");
 // A month name or abbreviation, optionally with a dot, not followed by further letters ("Marketing").
+// The full rules add the vocabularies' month names.
 constexpr QLatin1StringView monthPart(
     R"((jan(?:uary)?|feb(?:ruary)?|mar(?:ch)?|apr(?:il)?|may|june?|july?|aug(?:ust)?|sep(?:t(?:ember)?)?|)"
-    R"(oct(?:ober)?|nov(?:ember)?|dec(?:ember)?)\.?(?!\p{L}))");
+    R"(oct(?:ober)?|nov(?:ember)?|dec(?:ember)?{months})\.?(?!\p{L}))");
 // An optional year after the day or month; a number glued to a time or a decimal ("12:30") is no year.
-constexpr QLatin1StringView yearPart(R"((?:[\s.,/\-']*(\d{4}|\d{2})(?!\p{N})(?![.,:]\p{N}))?)");
+// The full rules allow a "de" before it ("3 de mayo de 2024").
+constexpr QLatin1StringView yearPart(R"((?:[\s.,/\-']*{yearlead}(\d{4}|\d{2})(?!\p{N})(?![.,:]\p{N}))?)");
+// Between a day and its month: "5th of March", "1er janvier", "3 de mayo", "11. Juli".
+constexpr QLatin1StringView
+    dayPart(R"((\d{1,2})(?:st|nd|rd|th{ordinals})?(?!\p{N})(?:\s+(?:of{dayof}))?[\s.,/\-]*)");
+
+// The pattern text of one date form under `rules`: placeholders filled from the vocabularies (full) or
+// dropped (core).
+QString datePattern(QString pattern, RuleSet rules)
+{
+    const bool full = rules == RuleSet::Full;
+    pattern.replace(QLatin1String("{yearlead}"), full ? QLatin1String("(?:del?\\s+)?") : QLatin1String());
+    pattern.replace(QLatin1String("{ordinals}"), full ? QLatin1String("|er|e") : QLatin1String());
+    pattern.replace(QLatin1String("{dayof}"), full ? QLatin1String("|de|del") : QLatin1String());
+    return Vocabulary::expand(pattern, rules);
+}
 // Nothing that belongs to a word or number before the expression.
 constexpr QLatin1StringView standAlone(R"((?<![\p{L}\p{N}]))");
 
@@ -42,24 +61,38 @@ bool continuesRun(const QString &text, qsizetype start, QChar separator)
 }
 
 // Day before the month: "5 Mar 2024", "05-Mar-24", "5th of March", "Tue, 5 Mar 2024".
-const Regex &dayMonthRx()
+const Regex &dayMonthRx(RuleSet rules)
 {
-    static const Regex rx(QString(standAlone) + weekdayPart +
-                          QLatin1StringView(R"((\d{1,2})(?:st|nd|rd|th)?(?!\p{N})(?:\s+of)?[\s.,/\-]*)") +
-                          monthPart + yearPart);
-    return rx;
+    static const auto pattern = [](RuleSet r) {
+        return datePattern(QString(standAlone) + weekdayPart + dayPart + monthPart + yearPart, r);
+    };
+    static const Regex core(pattern(RuleSet::Core));
+    static const Regex full(pattern(RuleSet::Full));
+    return rules == RuleSet::Core ? core : full;
 }
 
 // Month before the day: "March 5, 2024", "Mar 5 2024", "Sept. 3rd", "Tuesday March 5".
-const Regex &monthDayRx()
+const Regex &monthDayRx(RuleSet rules)
 {
-    static const Regex rx(QString(standAlone) + weekdayPart + monthPart +
-                          QLatin1StringView(R"([\s.,/\-]*(\d{1,2})(?:st|nd|rd|th)?(?!\p{N}))") + yearPart);
-    return rx;
+    static const auto pattern = [](RuleSet r) {
+        return datePattern(QString(standAlone) + weekdayPart + monthPart +
+                               QLatin1StringView(R"([\s.,/\-]*(\d{1,2})(?:st|nd|rd|th)?(?!\p{N}))") +
+                               yearPart,
+                           r);
+    };
+    static const Regex core(pattern(RuleSet::Core));
+    static const Regex full(pattern(RuleSet::Full));
+    return rules == RuleSet::Core ? core : full;
 }
 
-int monthNumber(const QString &name)
+// 1…12 for a month name or abbreviation, 0 for none: English by its first three letters, the
+// vocabularies' names (full rules) as listed.
+int monthNumber(const QString &name, RuleSet rules)
 {
+    if (rules == RuleSet::Full) {
+        if (const int month = Vocabulary::active().months.value(name.toLower().remove(u'.')))
+            return month;
+    }
     static const QStringList prefixes{QStringLiteral("jan"), QStringLiteral("feb"), QStringLiteral("mar"),
                                       QStringLiteral("apr"), QStringLiteral("may"), QStringLiteral("jun"),
                                       QStringLiteral("jul"), QStringLiteral("aug"), QStringLiteral("sep"),
@@ -115,12 +148,12 @@ void addNumeric(const QString &text, Order order, QList<Match> &out)
 }
 
 void addNamed(const QString &text, const Regex &rx, int dayGroup, int monthGroup, const QDate &today,
-              QList<Match> &out)
+              RuleSet rules, QList<Match> &out)
 {
     for (const Regex::Match &m : rx.matchAll(text)) {
         const int year = m.has(3) ? fullYear(m.captured(text, 3)) : today.year();
-        const QDate date =
-            makeDate(year, monthNumber(m.captured(text, monthGroup)), m.captured(text, dayGroup).toInt());
+        const QDate date = makeDate(year, monthNumber(m.captured(text, monthGroup), rules),
+                                    m.captured(text, dayGroup).toInt());
         if (date.isValid())
             out.append(Match{m.range(), date, std::nullopt});
     }
@@ -128,12 +161,19 @@ void addNamed(const QString &text, const Regex &rx, int dayGroup, int monthGroup
 
 // Whether some word starts with a month's first three letters: a cheap test before the month-name
 // patterns, which are the costly ones.
-bool hasMonthWord(const QString &text)
+bool hasMonthWord(const QString &text, RuleSet rules)
 {
+    static const QSet<QString> fullPrefixes = [] {
+        QSet<QString> prefixes;
+        for (auto it = Vocabulary::active().months.cbegin(); it != Vocabulary::active().months.cend(); ++it)
+            prefixes.insert(it.key().left(3));
+        return prefixes;
+    }();
     for (qsizetype i = 0; i + 3 <= text.size(); ++i) {
         if (!text[i].isLetter() || (i > 0 && text[i - 1].isLetter()))
             continue;
-        if (monthNumber(text.mid(i, 3)) > 0)
+        if (monthNumber(text.mid(i, 3), RuleSet::Core) > 0 ||
+            (rules == RuleSet::Full && fullPrefixes.contains(text.mid(i, 3).toLower())))
             return true;
     }
     return false;
@@ -141,15 +181,15 @@ bool hasMonthWord(const QString &text)
 
 } // namespace
 
-QList<Match> find(const QString &text, Order order, const QDate &today)
+QList<Match> find(const QString &text, Order order, const QDate &today, RuleSet rules)
 {
     QList<Match> all;
     if (!Patterns::hasDigit(text))
         return all;
     addNumeric(text, order, all);
-    if (hasMonthWord(text)) {
-        addNamed(text, dayMonthRx(), 1, 2, today, all);
-        addNamed(text, monthDayRx(), 2, 1, today, all);
+    if (hasMonthWord(text, rules)) {
+        addNamed(text, dayMonthRx(rules), 1, 2, today, rules, all);
+        addNamed(text, monthDayRx(rules), 2, 1, today, rules, all);
     }
     std::stable_sort(all.begin(), all.end(), [](const Match &a, const Match &b) {
         return a.range.loc != b.range.loc ? a.range.loc < b.range.loc : a.range.len > b.range.len;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/Row.h"
+#include "model/RuleSet.h"
 
 #include <QDate>
 #include <QList>
@@ -40,7 +41,9 @@ struct Match {
 
 /// Every date expression in `text`, left to right and without overlaps (where two forms overlap, the
 /// one that starts first wins, then the longer). `today` supplies the year of dates written without one.
-QList<Match> find(const QString &text, Order order, const QDate &today);
+/// The full rules also read the vocabularies' month names ("11. Juli 2014", "3 de mayo de 2024",
+/// "1er janvier 2024").
+QList<Match> find(const QString &text, Order order, const QDate &today, RuleSet rules = RuleSet::Core);
 
 /// The order in which `locale` writes numeric dates: month first where its short date format puts the
 /// month before the day and does not start with the year (English, United States), day first otherwise.

@@ -3,6 +3,7 @@
 #include "DateDetector.h"
 #include "Regex.h"
 #include "Rows.h"
+#include "Vocabulary.h"
 #include "model/Money.h"
 
 namespace Extractor {
@@ -11,22 +12,34 @@ namespace {
 
 using DateDetector::Order;
 
-const Regex &dateLabel()
+// The vocabularies' labels come first: "Date d'échéance" is one due label, not the issue label "Date".
+const Regex &dateLabel(RuleSet rules)
 {
-    static const Regex rx(
-        QStringLiteral(R"(due\s*date|payment\s*due|pay(?:able)?\s*by|\bdue\b|)"
+    static const RulePattern rx(
+        QStringLiteral(R"({date.due|}{date.issue|}due\s*date|payment\s*due|pay(?:able)?\s*by|\bdue\b|)"
                        R"((?:invoice|issue|order|billing|bill|receipt|purchase)?\s*date|issued|dated)"));
-    return rx;
+    return rx(rules);
+}
+
+// A vocabulary label that names a due date.
+const Regex &dueWords(RuleSet rules)
+{
+    static const RulePattern rx(QStringLiteral(R"((?!){date.due})"));
+    return rx(rules);
 }
 
 // The only filter against spurious detections: weekday names, relative words and bare times have no
 // digits beside a month or three numeric parts.
-const Regex &dateShape()
+const Regex &dateShape(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(
-        R"(\d{1,4}[/.\-]\d{1,2}[/.\-]\d{1,4}|(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec)[a-z]*\.?\s+\d{1,2}|)"
-        R"(\d{1,2}(?:st|nd|rd|th)?\s+(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec))"));
-    return rx;
+    static const RulePattern rx(
+        QStringLiteral(
+            R"(\d{1,4}[/.\-]\d{1,2}[/.\-]\d{1,4}|(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec)[a-z]*\.?\s+\d{1,2}|)"
+            R"(\d{1,2}(?:st|nd|rd|th)?\s+(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec))"),
+        QStringLiteral(
+            R"(\d{1,4}[/.\-]\d{1,2}[/.\-]\d{1,4}|(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec{months})\p{L}*\.?\s+\d{1,2}|)"
+            R"(\d{1,2}(?:st|nd|rd|th|er|e)?\.?\s+(?:de\s+)?(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec{months}))"));
+    return rx(rules);
 }
 
 const Regex &netTerms()
@@ -35,10 +48,38 @@ const Regex &netTerms()
     return rx;
 }
 
-const Regex &dueOnReceipt()
+// Payment terms in other languages: "zahlbar innerhalb von 14 Tagen", "30 jours net".
+const Regex &termsWithin(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(R"(due\s*(?:on|upon)\s*receipt)"));
-    return rx;
+    static const RulePattern rx(
+        QStringLiteral(R"((?:(?!){terms.within})\s*(\d{1,3})\s*(?:(?!){terms.days}))"));
+    return rx(rules);
+}
+
+const Regex &termsNet(RuleSet rules)
+{
+    static const RulePattern rx(
+        QStringLiteral(R"((?<![\d.,])(\d{1,3})\s*(?:(?!){terms.days})\s*(?:(?!){terms.net}))"));
+    return rx(rules);
+}
+
+const Regex &dueOnReceipt(RuleSet rules)
+{
+    static const RulePattern rx(QStringLiteral(R"(due\s*(?:on|upon)\s*receipt{terms.immediate})"));
+    return rx(rules);
+}
+
+// The days of the document's payment terms, if it states them.
+std::optional<int> termDays(const QString &doc, RuleSet rules)
+{
+    std::optional<Regex::Match> m = netTerms().match(doc);
+    if (!m && rules == RuleSet::Full)
+        m = termsWithin(rules).match(doc);
+    if (!m && rules == RuleSet::Full)
+        m = termsNet(rules).match(doc);
+    bool parsed = false;
+    const int days = m ? m->captured(doc, 1).toInt(&parsed) : 0;
+    return parsed ? std::optional<int>(days) : std::nullopt;
 }
 
 enum Kind { Issue = 0, Due = 1 };
@@ -58,14 +99,14 @@ struct LabelMark {
 // Detected dates of each row that have a date's shape, left to right.
 using RowDates = QList<QList<DateDetector::Match>>;
 
-RowDates detectDates(const QList<Row> &rows, Order order, const QDate &today)
+RowDates detectDates(const QList<Row> &rows, Order order, const QDate &today, RuleSet rules)
 {
     RowDates all;
     all.reserve(rows.size());
     for (const Row &row : rows) {
         QList<DateDetector::Match> dates;
-        for (const DateDetector::Match &m : DateDetector::find(row.text, order, today)) {
-            if (dateShape().contains(row.text.mid(m.range.loc, m.range.len)))
+        for (const DateDetector::Match &m : DateDetector::find(row.text, order, today, rules)) {
+            if (dateShape(rules).contains(row.text.mid(m.range.loc, m.range.len)))
                 dates.append(m);
         }
         all.append(dates);
@@ -90,7 +131,7 @@ Order documentOrder(const RowDates &dates, Order localeOrder)
     return localeOrder;
 }
 
-QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates)
+QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, RuleSet rules)
 {
     QList<DateHit> hits;
     QList<int> carried;
@@ -104,9 +145,10 @@ QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates)
             continue;
         }
         QList<LabelMark> marks;
-        for (const Regex::Match &m : dateLabel().matchAll(row.text)) {
+        for (const Regex::Match &m : dateLabel(rules).matchAll(row.text)) {
             const QString label = m.captured(row.text).toLower();
-            const bool due = label.contains(QLatin1String("due")) || label.contains(QLatin1String("by"));
+            const bool due = label.contains(QLatin1String("due")) || label.contains(QLatin1String("by")) ||
+                             (rules == RuleSet::Full && dueWords(rules).contains(label));
             marks.append(LabelMark{m.range().loc, due ? Due : Issue});
         }
         for (qsizetype i = 0; i < dates.size(); ++i) {
@@ -154,22 +196,23 @@ void fill(Field &field, const DateHit &hit)
 
 } // namespace
 
-std::pair<Field, Field> findDates(const QList<Row> &rows)
+std::pair<Field, Field> findDates(const QList<Row> &rows, RuleSet rules)
 {
-    return findDates(rows, Money::userLocale(), QDate::currentDate());
+    return findDates(rows, Money::userLocale(), QDate::currentDate(), rules);
 }
 
-std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale, const QDate &today)
+std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale, const QDate &today,
+                                  RuleSet rules)
 {
     Field date = emptyField(QStringLiteral("date"), QStringLiteral("Date"));
     Field dueDate = emptyField(QStringLiteral("dueDate"), QStringLiteral("Due date"));
 
     const Order localeOrder = DateDetector::orderFor(locale);
-    RowDates dates = detectDates(rows, localeOrder, today);
+    RowDates dates = detectDates(rows, localeOrder, today, rules);
     const Order order = documentOrder(dates, localeOrder);
     if (order != localeOrder)
-        dates = detectDates(rows, order, today);
-    const QList<DateHit> hits = collectHits(rows, dates);
+        dates = detectDates(rows, order, today, rules);
+    const QList<DateHit> hits = collectHits(rows, dates, rules);
     const DateHit *issue = bestOfKind(hits, Issue);
     const DateHit *due = bestOfKind(hits, Due);
     if (issue)
@@ -178,15 +221,12 @@ std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale,
         fill(dueDate, *due);
     } else if (issue) {
         const QString doc = documentText(rows);
-        bool parsed = false;
-        int days = 0;
-        if (const auto m = netTerms().match(doc))
-            days = m->captured(doc, 1).toInt(&parsed);
-        const QDate termsDate = parsed ? issue->date.addDays(days) : QDate();
+        const std::optional<int> days = termDays(doc, rules);
+        const QDate termsDate = days ? issue->date.addDays(*days) : QDate();
         if (termsDate.isValid()) {
             dueDate.value = fmtDate(termsDate);
             dueDate.confidence = 0.45;
-        } else if (dueOnReceipt().contains(doc)) {
+        } else if (dueOnReceipt(rules).contains(doc)) {
             dueDate.value = fmtDate(issue->date);
             dueDate.confidence = 0.5;
         }

@@ -21,7 +21,7 @@ Field findSubtotal(const Scan &scan)
 {
     Field field = emptyField(QStringLiteral("subtotal"), QStringLiteral("Subtotal"));
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
-        if (!Patterns::subtotalRx().contains(scan.rows[i].text))
+        if (!Patterns::subtotalRx(scan.rules).contains(scan.rows[i].text))
             continue;
         if (const auto near = amountNear(scan, i)) {
             field.value = Money::fixed2(near->value);
@@ -35,15 +35,15 @@ Field findSubtotal(const Scan &scan)
 
 } // namespace
 
-Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom, RuleSet /*rules*/)
+Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom, RuleSet rules)
 {
-    Scan scan = scanRows(buildRows(lines));
+    Scan scan = scanRows(buildRows(lines), rules);
     const QList<Row> &rows = scan.rows;
 
-    Field vendor = findVendor(lines);
-    Field number = findNumber(rows);
-    auto [date, dueDate] = findDates(rows);
-    Field currency = findCurrency(rows);
+    Field vendor = findVendor(lines, rules);
+    Field number = findNumber(rows, rules);
+    auto [date, dueDate] = findDates(rows, rules);
+    Field currency = findCurrency(rows, rules);
     Field subtotal = findSubtotal(scan);
     Field tax = findTax(scan);
     Field total = findTotal(scan);

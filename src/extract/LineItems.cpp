@@ -1,6 +1,7 @@
 #include "LineItems.h"
 
 #include "Patterns.h"
+#include "Vocabulary.h"
 #include "model/Money.h"
 
 #include <cmath>
@@ -9,25 +10,39 @@ namespace Extractor {
 
 namespace {
 
-const Regex &summaryRow()
+const Regex &summaryRow(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(
+    static const RulePattern rx(QStringLiteral(
         R"(^\W*(sub\s*-?\s*total|total|grand\s*total|balance|amount\s*due|tax|vat|gst|hst|discount|shipping|)"
-        R"(freight|payment|paid|change|cash|visa|mastercard|amex|card|tip|thank|due|net\s*(30|60|15))\b)"));
+        R"(freight|payment|paid|change|cash|visa|mastercard|amex|card|tip|thank|due|net\s*(30|60|15){summary})\b)"));
+    return rx(rules);
+}
+
+const Regex &qtyTail(RuleSet rules)
+{
+    static const RulePattern rx(QStringLiteral(
+        R"((?:^|\s)(\d+(?:[.,]\d+)?)\s*(?:x|×|@|pcs|ea|each|hrs?|hours?|units?{units})?\s*[$€£¥]?\s*$)"));
+    return rx(rules);
+}
+
+// A unit word in front of a description ("Stk. Beratung"), left over where the quantity came first.
+const Regex &leadUnit(RuleSet rules)
+{
+    static const RulePattern rx(QStringLiteral(R"(^\s*(?:(?!){units})\s*)"));
+    return rx(rules);
+}
+
+const Regex &indexOnly()
+{
+    static const Regex rx(QStringLiteral(R"(^\d{1,3}(?:[.)]\d{0,2})?$)"));
     return rx;
 }
 
-const Regex &qtyTail()
+const Regex &leadQty(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(
-        R"((?:^|\s)(\d+(?:[.,]\d+)?)\s*(?:x|×|@|pcs|ea|each|hrs?|hours?|units?)?\s*[$€£¥]?\s*$)"));
-    return rx;
-}
-
-const Regex &leadQty()
-{
-    static const Regex rx(QStringLiteral(R"(^\s*(\d{1,3})\s*(?:x|×)?\s+(?=[A-Za-z]))"));
-    return rx;
+    static const RulePattern rx(QStringLiteral(R"(^\s*(\d{1,3})\s*(?:x|×)?\s+(?=[A-Za-z]))"),
+                                QStringLiteral(R"(^\s*(\d{1,3})\s*(?:x|×)?\s+(?=\p{L}))"));
+    return rx(rules);
 }
 
 const Regex &leadIdx()
@@ -94,35 +109,57 @@ bool nearWhole(double v)
     return std::abs(v - std::round(v)) <= 0.01;
 }
 
-bool isSummary(const Row &row)
+bool isSummary(const Row &row, RuleSet rules)
 {
     using W = QLatin1StringView;
-    // Every summary label holds one of these words (member lines are parts of the row text).
-    if (!Patterns::mayContain(
+    // Every base summary label holds one of these words (member lines are parts of the row text).
+    if (rules == RuleSet::Core &&
+        !Patterns::mayContain(
             row.text, {W("total"),  W("balance"),  W("amount"),   W("tax"),        W("vat"),  W("gst"),
                        W("hst"),    W("discount"), W("shipping"), W("freight"),    W("pay"),  W("paid"),
                        W("change"), W("cash"),     W("visa"),     W("mastercard"), W("amex"), W("card"),
                        W("tip"),    W("thank"),    W("due"),      W("net")}))
         return false;
-    if (summaryRow().contains(row.text))
+    if (summaryRow(rules).contains(row.text))
         return true;
     return std::any_of(row.lines.begin(), row.lines.end(),
-                       [](const TextLine &line) { return summaryRow().contains(line.text); });
+                       [rules](const TextLine &line) { return summaryRow(rules).contains(line.text); });
+}
+
+// The full rules read a quantity printed as the row's first amount, before the description
+// ("1,00  Beratung  120,00", "2  3,50  Std.  Montage  45,00  157,50"): it is taken out of the
+// candidates and the text up to the next amount becomes the head.
+std::optional<double> leadingQuantity(const Row &row, QList<Amount> &amounts, QString &head, RuleSet rules)
+{
+    if (rules != RuleSet::Full || amounts.size() < 2)
+        return std::nullopt;
+    const QString before = row.text.left(amounts[0].range.loc).trimmed();
+    const qsizetype afterFirst = amounts[0].range.end();
+    const QString between = row.text.mid(afterFirst, amounts[1].range.loc - afterFirst);
+    const double value = amounts[0].value;
+    if ((!before.isEmpty() && !indexOnly().contains(before)) || letterCount(between) < 2 || value <= 0 ||
+        value >= 100000)
+        return std::nullopt;
+    amounts.removeFirst();
+    head = between.trimmed();
+    if (const auto unit = leadUnit(rules).match(head))
+        head = head.mid(unit->range().end()).trimmed();
+    return value;
 }
 
 } // namespace
 
-std::optional<LineItem> parseItem(const Row &row, const QList<Amount> &amounts, bool hasHeader)
+std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool hasHeader, RuleSet rules)
 {
     if (amounts.isEmpty())
         return std::nullopt;
     const double A = amounts.last().value;
-    const QString head = row.text.left(amounts.first().range.loc).trimmed();
+    QString head = row.text.left(amounts.first().range.loc).trimmed();
 
-    std::optional<double> quantity;
+    std::optional<double> quantity = leadingQuantity(row, amounts, head, rules);
     QString description = head;
     bool quantityFromTail = false;
-    if (const auto m = qtyTail().match(head)) {
+    if (const auto m = quantity ? std::nullopt : qtyTail(rules).match(head)) {
         const QString rest = head.left(m->range().loc).trimmed();
         const auto value = Money::parse(m->captured(head, 1));
         if (hasLetter(rest) && value && *value > 0 && *value < 100000) {
@@ -132,7 +169,7 @@ std::optional<LineItem> parseItem(const Row &row, const QList<Amount> &amounts, 
         }
     }
     if (!quantity && !hasHeader) {
-        if (const auto m = leadQty().match(head)) {
+        if (const auto m = leadQty(rules).match(head)) {
             quantity = m->captured(head, 1).toDouble();
             description = head.mid(m->range().end()).trimmed();
         }
@@ -204,14 +241,14 @@ QList<LineItem> findLineItems(const Scan &scan)
     qsizetype lastItemRow = -1;
     for (qsizetype i = start; i < rows.size(); ++i) {
         const Row &row = rows[i];
-        if (isSummary(row)) {
+        if (isSummary(row, scan.rules)) {
             if (hasHeader)
                 break;
             continue;
         }
         if (hasHeader && scan.amounts[i].isEmpty() && scan.headerLike[i])
             continue;
-        if (auto item = parseItem(row, scan.amounts[i], hasHeader)) {
+        if (auto item = parseItem(row, scan.amounts[i], hasHeader, scan.rules)) {
             items.append(std::move(*item));
             lastItemRow = i;
             continue;

@@ -11,6 +11,8 @@ QList<LineItem> findLineItems(const Scan &scan);
 
 /// One item row: description, quantity, unit price and amount from the row's amounts (left to right).
 /// Nothing when the row has no amount or no plausible description.
-std::optional<LineItem> parseItem(const Row &row, const QList<Amount> &amounts, bool hasHeader);
+/// The full rules also read a quantity printed before the description ("1,00  Beratung  120,00").
+std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool hasHeader,
+                                  RuleSet rules = RuleSet::Core);
 
 } // namespace Extractor

@@ -2,6 +2,7 @@
 
 #include "Patterns.h"
 #include "Regex.h"
+#include "Vocabulary.h"
 
 #include <algorithm>
 
@@ -9,15 +10,36 @@ namespace Extractor {
 
 namespace {
 
-// The separator class holds ":", "#", ".", "-" and an en dash.
-const Regex &numLabel()
+// The separator class holds ":", "#", ".", "-" and an en dash. The full rules add the vocabularies'
+// labels and number words, and allow two separators ("No : # 123").
+const Regex &numLabel(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(
-        R"(\b(invoice|receipt|inv(?=[\s#.:])|bill|order|ref(?:erence)?|document|doc|confirmation|transaction|)"
-        R"(ticket|form)\s*(?:(?:no|num|number|nr|id)\b\.?|#)?\s*[:#.\-)"
-        "\u2013"
-        R"(]?\s*([A-Z0-9][A-Z0-9\-/_.]{2,24}))"));
-    return rx;
+    static const RulePattern rx(
+        QStringLiteral(
+            R"(\b(invoice|receipt|inv(?=[\s#.:])|bill|order|ref(?:erence)?|document|doc|confirmation|transaction|)"
+            R"(ticket|form)\s*(?:(?:no|num|number|nr|id)\b\.?|#)?\s*[:#.\-)"
+            "\u2013"
+            R"(]?\s*([A-Z0-9][A-Z0-9\-/_.]{2,24}))"),
+        QStringLiteral(
+            R"(\b(invoice|receipt|inv(?=[\s#.:])|bill|order|ref(?:erence)?|document|doc|confirmation|transaction|)"
+            R"(ticket|form{number.invoice}{number.order}{number.other})\s*(?:(?:no|num|number|nr|id)\b\.?|#{number.word})?)"
+            R"((?:\s*[:#.\-)"
+            "\u2013"
+            R"(]){0,2}\s*([A-Z0-9][A-Z0-9\-/_.]{2,24}))"));
+    return rx(rules);
+}
+
+// Which kind of document a label of the vocabularies names, for its confidence.
+const Regex &invoiceWord(RuleSet rules)
+{
+    static const RulePattern rx(QStringLiteral(R"(^(?:(?!){number.invoice})$)"));
+    return rx(rules);
+}
+
+const Regex &orderWord(RuleSet rules)
+{
+    static const RulePattern rx(QStringLiteral(R"(^(?:(?!){number.order})$)"));
+    return rx(rules);
 }
 
 const Regex &numPrefixed()
@@ -27,11 +49,11 @@ const Regex &numPrefixed()
     return rx;
 }
 
-const Regex &numStacked()
+const Regex &numStacked(RuleSet rules)
 {
-    static const Regex rx(
-        QStringLiteral(R"((?:invoice|receipt|bill|order)\s*(?:no|num|number|nr|id|#)\.?\s*:?\s*$)"));
-    return rx;
+    static const RulePattern rx(QStringLiteral(
+        R"((?:invoice|receipt|bill|order{number.invoice}{number.order})\s*(?:no|num|number|nr|id|#{number.word})\.?\s*:?\s*$)"));
+    return rx(rules);
 }
 
 const Regex &hashNumber()
@@ -40,10 +62,13 @@ const Regex &hashNumber()
     return rx;
 }
 
-const Regex &numberWord()
+// Compound labels end in the number word ("Rechnungsnummer"), so the full rules look inside words too.
+const Regex &numberWord(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(R"((no|num|number|nr|id)\b)"));
-    return rx;
+    static const RulePattern rx(
+        QStringLiteral(R"((no|num|number|nr|id)\b)"),
+        QStringLiteral(R"((no|num|number|nr|id)\b|(?:nummer|num[ée]ro|n[°º])(?!\p{L}){number.word})"));
+    return rx(rules);
 }
 
 bool hasDigit(const QString &text)
@@ -63,12 +88,16 @@ QString trimSeparators(const QString &text)
     return text.mid(from, to - from);
 }
 
-double labelConfidence(const QString &keyword)
+double labelConfidence(const QString &keyword, RuleSet rules)
 {
     const QString k = keyword.toLower();
     if (k == QLatin1String("invoice") || k == QLatin1String("receipt") || k == QLatin1String("inv"))
         return 0.85;
     if (k == QLatin1String("order") || k == QLatin1String("transaction"))
+        return 0.6;
+    if (rules == RuleSet::Full && invoiceWord(rules).contains(keyword))
+        return 0.85;
+    if (rules == RuleSet::Full && orderWord(rules).contains(keyword))
         return 0.6;
     return 0.7;
 }
@@ -89,25 +118,25 @@ struct Best {
     }
 };
 
-void offerLabelled(const Row &row, Best &best)
+void offerLabelled(const Row &row, RuleSet rules, Best &best)
 {
-    for (const Regex::Match &m : numLabel().matchAll(row.text)) {
+    for (const Regex::Match &m : numLabel(rules).matchAll(row.text)) {
         if (!m.has(2))
             continue;
         const QString value = trimSeparators(m.captured(row.text, 2));
         if (!hasDigit(value) || Patterns::dateOnly().contains(value))
             continue;
-        double confidence = labelConfidence(m.captured(row.text, 1));
+        double confidence = labelConfidence(m.captured(row.text, 1), rules);
         const QString whole = m.captured(row.text);
-        if (whole.contains(u':') || whole.contains(u'#') || numberWord().contains(whole))
+        if (whole.contains(u':') || whole.contains(u'#') || numberWord(rules).contains(whole))
             confidence += 0.07;
         best.offer(value, confidence, row.box(m.range(2)));
     }
 }
 
-void offerStacked(const QList<Row> &rows, qsizetype i, Best &best)
+void offerStacked(const QList<Row> &rows, qsizetype i, RuleSet rules, Best &best)
 {
-    if (!numStacked().contains(rows[i].text) || i + 1 >= rows.size())
+    if (!numStacked(rules).contains(rows[i].text) || i + 1 >= rows.size())
         return;
     const Row &next = rows[i + 1];
     if (next.page != rows[i].page || next.lines.isEmpty())
@@ -121,16 +150,16 @@ void offerStacked(const QList<Row> &rows, qsizetype i, Best &best)
 
 } // namespace
 
-Field findNumber(const QList<Row> &rows)
+Field findNumber(const QList<Row> &rows, RuleSet rules)
 {
     Field field = emptyField(QStringLiteral("number"), QStringLiteral("Invoice / receipt no."));
     Best best;
     for (qsizetype i = 0; i < rows.size(); ++i) {
         const Row &row = rows[i];
-        offerLabelled(row, best);
+        offerLabelled(row, rules, best);
         if (const auto m = numPrefixed().match(row.text))
             best.offer(m->captured(row.text, 1), 0.72, row.box(m->range(1)));
-        offerStacked(rows, i, best);
+        offerStacked(rows, i, rules, best);
         if (const auto m = hashNumber().match(row.text))
             best.offer(m->captured(row.text, 1), 0.45, row.box(m->range(1)));
     }

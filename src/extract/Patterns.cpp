@@ -1,16 +1,22 @@
 #include "Patterns.h"
 
+#include "Vocabulary.h"
+
 #include <QVarLengthArray>
 #include <algorithm>
 #include <string_view>
 
 namespace Patterns {
 
-const Regex &moneyRx()
+const Regex &moneyRx(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(
+    static const Regex core(QStringLiteral(
         R"((?<![\d.,/])(?:[-(]?[$€£¥]?\s?(?:\d{1,3}(?:[,.]\d{3})+|\d+)[.,]\d{2}(?![\d]|[.,]\d)\)?|[$€£¥]\s?\d+(?![\d.,]\d)))"));
-    return rx;
+    // One blank (plain, no-break or narrow no-break) between groups; two blanks part the lines of a row.
+    static const Regex full(QStringLiteral(
+        R"((?<![\d.,/])(?:[-(]?[$€£¥]?\s?(?:\d{1,3}(?:[ \x{A0}\x{202F}]\d{3})+,\d{2}(?![\d]|[.,]\d)\)?|)"
+        R"((?:\d{1,3}(?:[,.]\d{3})+|\d+)[.,]\d{2}(?![\d]|[.,]\d)\)?)|[$€£¥]\s?\d+(?![\d.,]\d)))"));
+    return rules == RuleSet::Core ? core : full;
 }
 
 const Regex &trailingInt()
@@ -19,36 +25,38 @@ const Regex &trailingInt()
     return rx;
 }
 
-const Regex &subtotalRx()
+const Regex &subtotalRx(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(
-        R"(sub\s*-?\s*total|net\s*(amount|total)|(total|amount)\s*(before|excl\w*)\s*(tax|vat))"));
-    return rx;
+    static const RulePattern rx(QStringLiteral(
+        R"(sub\s*-?\s*total|net\s*(amount|total)|(total|amount)\s*(before|excl\w*)\s*(tax|vat){subtotal})"));
+    return rx(rules);
 }
 
-const Regex &hdrDesc()
+// The header patterns' words stand between word boundaries, so the vocabularies' words join the group.
+const Regex &hdrDesc(RuleSet rules)
 {
-    static const Regex rx(
-        QStringLiteral(R"(\b(description|item|items|product|service|details|particulars|article)\b)"));
-    return rx;
+    static const RulePattern rx(QStringLiteral(
+        R"(\b(description|item|items|product|service|details|particulars|article)\b{header.desc})"));
+    return rx(rules);
 }
 
-const Regex &hdrQty()
+const Regex &hdrQty(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(R"(\b(qty|quantity|hours|hrs|units|pcs)\b)"));
-    return rx;
+    static const RulePattern rx(QStringLiteral(R"(\b(qty|quantity|hours|hrs|units|pcs)\b{header.qty})"));
+    return rx(rules);
 }
 
-const Regex &hdrPrice()
+const Regex &hdrPrice(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(R"(\b(price|rate|unit\s*(cost|price)|cost)\b)"));
-    return rx;
+    static const RulePattern rx(QStringLiteral(R"(\b(price|rate|unit\s*(cost|price)|cost)\b{header.price})"));
+    return rx(rules);
 }
 
-const Regex &hdrAmt()
+const Regex &hdrAmt(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(R"(\b(amount|total|line\s*total|ext|extended)\b)"));
-    return rx;
+    static const RulePattern rx(
+        QStringLiteral(R"(\b(amount|total|line\s*total|ext|extended)\b{header.amount})"));
+    return rx(rules);
 }
 
 const Regex &dateOnly()
@@ -57,8 +65,13 @@ const Regex &dateOnly()
     return rx;
 }
 
-bool isHeaderLike(const QString &text)
+bool isHeaderLike(const QString &text, RuleSet rules)
 {
+    if (rules == RuleSet::Full) {
+        const int hits = int(hdrDesc(rules).contains(text)) + int(hdrQty(rules).contains(text)) +
+                         int(hdrPrice(rules).contains(text)) + int(hdrAmt(rules).contains(text));
+        return hits >= 2;
+    }
     using W = QLatin1StringView;
     // Each header pattern needs one of its words; the cheap test spares most rows the patterns.
     const bool desc = mayContain(text, {W("descr"), W("item"), W("product"), W("service"), W("detail"),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Regex.h"
+#include "model/RuleSet.h"
 
 #include <initializer_list>
 
@@ -8,17 +9,19 @@
 // (case-insensitive). Patterns used by one finder only live in that finder's file.
 namespace Patterns {
 
-const Regex &moneyRx();
+/// Amounts; the full rules also read groups of three digits split by a blank before a decimal comma
+/// ("1 234,56", as French invoices print them).
+const Regex &moneyRx(RuleSet rules = RuleSet::Core);
 const Regex &trailingInt();
-const Regex &subtotalRx();
-const Regex &hdrDesc();
-const Regex &hdrQty();
-const Regex &hdrPrice();
-const Regex &hdrAmt();
+const Regex &subtotalRx(RuleSet rules = RuleSet::Core);
+const Regex &hdrDesc(RuleSet rules = RuleSet::Core);
+const Regex &hdrQty(RuleSet rules = RuleSet::Core);
+const Regex &hdrPrice(RuleSet rules = RuleSet::Core);
+const Regex &hdrAmt(RuleSet rules = RuleSet::Core);
 const Regex &dateOnly();
 
 /// True when at least two of the four table-header patterns match: the row looks like a table header.
-bool isHeaderLike(const QString &text);
+bool isHeaderLike(const QString &text, RuleSet rules = RuleSet::Core);
 
 /// Whether `text` holds a decimal digit (what `\d` matches): a cheap test before patterns that need one.
 bool hasDigit(const QString &text);

@@ -1,31 +1,38 @@
 #include "Tax.h"
 
 #include "Patterns.h"
+#include "Vocabulary.h"
 #include "model/Money.h"
 
 namespace Extractor {
 
 namespace {
 
-const Regex &taxLabel()
+// The full rules also take a leading word ("zzgl.", "Total") and a rate before the tax word
+// ("zzgl. 19 % USt", "20% VAT").
+const Regex &taxLabel(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(
-        R"(^\W*(total\s+)?(sales\s+|state\s+|city\s+|county\s+|local\s+)?(tax|vat|gst|hst|pst|qst|iva|mwst|btw)\b)"));
-    return rx;
+    static const RulePattern rx(
+        QStringLiteral(
+            R"(^\W*(total\s+)?(sales\s+|state\s+|city\s+|county\s+|local\s+)?(tax|vat|gst|hst|pst|qst|iva|mwst|btw)\b)"),
+        QStringLiteral(R"(^\W*(?:(?:total|(?!){tax.prefix})\s*)?(?:\d{1,2}(?:[.,]\d{1,2})?\s*%\s*)?)"
+                       R"((sales\s+|state\s+|city\s+|county\s+|local\s+)?)"
+                       R"((taxes|tax|vat|gst|hst|pst|qst|iva|mwst|btw{tax.word})\b)"));
+    return rx(rules);
 }
 
-const Regex &taxTotal()
+const Regex &taxTotal(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(R"(total\s*tax|tax\s*total)"));
-    return rx;
+    static const RulePattern rx(QStringLiteral(R"(total\s*tax|tax\s*total{tax.total})"));
+    return rx(rules);
 }
 
-const Regex &taxExclude()
+const Regex &taxExclude(RuleSet rules)
 {
-    static const Regex rx(
+    static const RulePattern rx(
         QStringLiteral(R"(tax\s*(id|no|number|reg|invoice|code|rate)\b|vat\s*(id|no|number|reg)|)"
-                       R"(\btin\b|taxable|incl|inclusive|tax\s*#)"));
-    return rx;
+                       R"(\btin\b|taxable|incl|inclusive|tax\s*#{tax.exclude})"));
+    return rx(rules);
 }
 
 struct TaxHit {
@@ -34,21 +41,22 @@ struct TaxHit {
     bool isTaxTotal = false;
 };
 
-// Every tax label holds one of these words (member lines are parts of the row text).
-bool mayHoldTaxLabel(const QString &text)
+// Every base tax label holds one of these words (member lines are parts of the row text).
+bool mayHoldTaxLabel(const QString &text, RuleSet rules)
 {
-    return Patterns::mayContain(
-        text, {QLatin1StringView("tax"), QLatin1StringView("vat"), QLatin1StringView("gst"),
-               QLatin1StringView("hst"), QLatin1StringView("pst"), QLatin1StringView("qst"),
-               QLatin1StringView("iva"), QLatin1StringView("mwst"), QLatin1StringView("btw")});
+    return rules == RuleSet::Full ||
+           Patterns::mayContain(
+               text, {QLatin1StringView("tax"), QLatin1StringView("vat"), QLatin1StringView("gst"),
+                      QLatin1StringView("hst"), QLatin1StringView("pst"), QLatin1StringView("qst"),
+                      QLatin1StringView("iva"), QLatin1StringView("mwst"), QLatin1StringView("btw")});
 }
 
-bool isTaxRow(const Row &row)
+bool isTaxRow(const Row &row, RuleSet rules)
 {
-    if (taxLabel().contains(row.text))
+    if (taxLabel(rules).contains(row.text))
         return true;
     for (const TextLine &line : row.lines) {
-        if (taxLabel().contains(line.text))
+        if (taxLabel(rules).contains(line.text))
             return true;
     }
     return false;
@@ -62,11 +70,11 @@ Field findTax(const Scan &scan)
     QList<TaxHit> hits;
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
         const Row &row = scan.rows[i];
-        if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text) || taxExclude().contains(row.text) ||
-            !isTaxRow(row))
+        if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text, scan.rules) ||
+            taxExclude(scan.rules).contains(row.text) || !isTaxRow(row, scan.rules))
             continue;
         const Amount &last = scan.amounts[i].last();
-        hits.append(TaxHit{last.value, row.box(last.range), taxTotal().contains(row.text)});
+        hits.append(TaxHit{last.value, row.box(last.range), taxTotal(scan.rules).contains(row.text)});
     }
     if (hits.isEmpty())
         return field;

@@ -1,32 +1,48 @@
 #include "Amounts.h"
 #include "Patterns.h"
+#include "Vocabulary.h"
 #include "model/Money.h"
 
 namespace Extractor {
 
 namespace {
 
-const Regex &strongTotal()
+const Regex &strongTotal(RuleSet rules)
 {
-    static const Regex rx(
+    static const RulePattern rx(
         QStringLiteral(R"(grand\s*total|total\s*(amount\s*)?(due|payable)|amount\s*(due|payable)|)"
-                       R"(balance\s*due|amount\s*to\s*pay|total\s*to\s*pay|balance\s*payable)"));
-    return rx;
+                       R"(balance\s*due|amount\s*to\s*pay|total\s*to\s*pay|balance\s*payable{total.gross})"));
+    return rx(rules);
 }
 
-const Regex &plainTotal()
+// What is left to pay after prepayments: a total, but the gross total wins over it.
+const Regex &amountPayable(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(R"(\btotal\b)"));
-    return rx;
+    static const RulePattern rx(QStringLiteral(R"((?!){total.due})"));
+    return rx(rules);
 }
 
-const Regex &notTotal()
+const Regex &plainTotal(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(
+    static const RulePattern rx(QStringLiteral(R"(\btotal\b{total.plain})"));
+    return rx(rules);
+}
+
+const Regex &notTotal(RuleSet rules)
+{
+    static const RulePattern rx(QStringLiteral(
         R"(sub\s*-?\s*total|total\s*(tax|vat|gst|hst|discount|savings|items|qty|quantity|)"
         R"(before|excl|net|paid|tend)|(tax|vat|gst)\s*total|before\s*tax|excl\w*|items?\s*total|)"
-        R"(net\s*total|tax\s*invoice)"));
-    return rx;
+        R"(net\s*total|tax\s*invoice{total.not})"));
+    return rx(rules);
+}
+
+// Every base total label holds one of these words; most rows are rejected here without a pattern.
+bool mayHoldTotalLabel(const QString &text, RuleSet rules)
+{
+    return rules == RuleSet::Full ||
+           Patterns::mayContain(
+               text, {QLatin1StringView("total"), QLatin1StringView("due"), QLatin1StringView("pay")});
 }
 
 } // namespace
@@ -40,18 +56,16 @@ Field findTotal(const Scan &scan)
     double bestConfidence = 0;
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
         const QString &text = scan.rows[i].text;
-        // Every total label holds one of these words; most rows are rejected here without a pattern.
-        if (!Patterns::mayContain(
-                text, {QLatin1StringView("total"), QLatin1StringView("due"), QLatin1StringView("pay")}))
-            continue;
-        if (notTotal().contains(text))
+        if (!mayHoldTotalLabel(text, scan.rules) || notTotal(scan.rules).contains(text))
             continue;
         if (scan.headerLike[i] && scan.amounts[i].isEmpty())
             continue;
         double base = 0;
-        if (strongTotal().contains(text))
+        if (strongTotal(scan.rules).contains(text))
             base = 0.92;
-        else if (plainTotal().contains(text))
+        else if (amountPayable(scan.rules).contains(text))
+            base = 0.86;
+        else if (plainTotal(scan.rules).contains(text))
             base = 0.8;
         else
             continue;

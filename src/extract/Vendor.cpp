@@ -4,6 +4,7 @@
 #include "Patterns.h"
 #include "Regex.h"
 #include "Rows.h"
+#include "Vocabulary.h"
 #include "model/Graphemes.h"
 
 #include <algorithm>
@@ -12,20 +13,38 @@ namespace Extractor {
 
 namespace {
 
-const Regex &vendorLabel()
+const Regex &vendorLabel(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(
-        R"(^(?:vendor|supplier|merchant|payee|sold\s*by|bill(?:ed)?\s*from|remit\s*to|from)\s*[:\-]\s*(.{2,})$)"));
-    return rx;
+    static const RulePattern rx(QStringLiteral(
+        R"(^(?:vendor|supplier|merchant|payee|sold\s*by|bill(?:ed)?\s*from|remit\s*to|from{vendor.label})\s*[:\-]\s*(.{2,})$)"));
+    return rx(rules);
 }
 
-const Regex &vendorSkip()
+const Regex &vendorSkip(RuleSet rules)
 {
-    static const Regex rx(QStringLiteral(
+    static const RulePattern rx(QStringLiteral(
         R"(^\W*(?:tax\s+)?(?:invoice|receipt|statement|credit\s*note|quote|quotation|estimate|bill\s*to|)"
         R"(ship\s*to|sold\s*to|customer|order|page|date|due|total|amount|description|qty|quantity|tel|phone|)"
         R"(fax|e-?mail|web|www|http|thank|duplicate|original|copy|purchase|packing|balance|account|ref|no|)"
-        R"(number|welcome|cashier|server|table)\b|^\s*#)"));
+        R"(number|welcome|cashier|server|table{vendor.skip})\b|^\s*#)"));
+    return rx(rules);
+}
+
+// A section heading naming the seller on a line of its own ("Verkäufer", "Émetteur", "Seller"); the
+// name follows below it.
+const Regex &sellerHeading(RuleSet rules)
+{
+    static const RulePattern rx(
+        QStringLiteral(R"(^\W*(?:(?!)|seller|supplier|vendor{vendor.heading})\s*:?\s*$)"));
+    return rx(rules);
+}
+
+// A name field inside the seller's section ("Name: Muster GmbH", "Raison sociale : …").
+const Regex &nameField()
+{
+    static const Regex rx(QStringLiteral(
+        R"(^\s*(?:name|company|firma|firmenname|nom|raison\s*sociale|naam|bedrijfsnaam|nombre|raz[oó]n\s*social|)"
+        R"(nome|ragione\s*sociale|denominazione)\s*:\s*(.{2,})$)"));
     return rx;
 }
 
@@ -48,10 +67,12 @@ const Regex &orgSuffix()
     return rx;
 }
 
-// The cheap word tests below let most lines skip the anchored patterns; the patterns still decide.
-bool mayBeSkipped(const QString &text)
+// The cheap word tests below let most lines skip the anchored base patterns; the patterns still decide.
+bool mayBeSkipped(const QString &text, RuleSet rules)
 {
     using W = QLatin1StringView;
+    if (rules == RuleSet::Full)
+        return vendorSkip(rules).contains(text);
     return Patterns::mayContain(
                text,
                {W("#"),        W("tax"),      W("invoice"),  W("receipt"), W("statement"), W("credit"),
@@ -61,7 +82,7 @@ bool mayBeSkipped(const QString &text)
                 W("mail"),     W("web"),      W("www"),      W("http"),    W("thank"),     W("duplicate"),
                 W("original"), W("copy"),     W("purchase"), W("packing"), W("balance"),   W("account"),
                 W("ref"),      W("no"),       W("welcome"),  W("cashier"), W("server"),    W("table")}) &&
-           vendorSkip().contains(text);
+           vendorSkip(rules).contains(text);
 }
 
 // An address needs a digit or a "Box"; the pattern is case-sensitive, so this test is exact.
@@ -71,10 +92,11 @@ bool mayBeAddress(const QString &text)
            addressLike().contains(text);
 }
 
-bool mayBeLabel(const QString &text)
+bool mayBeLabel(const QString &text, RuleSet rules)
 {
     using W = QLatin1StringView;
-    return Patterns::mayContain(text, {W("vendor"), W("supplier"), W("merchant"), W("payee"), W("sold"),
+    return rules == RuleSet::Full ||
+           Patterns::mayContain(text, {W("vendor"), W("supplier"), W("merchant"), W("payee"), W("sold"),
                                        W("bill"), W("remit"), W("from")});
 }
 
@@ -98,7 +120,7 @@ CharCounts countChars(const QString &text)
 }
 
 // A short, letter-rich line that is neither a heading, a contact line nor an address.
-bool isCandidate(const TextLine &line)
+bool isCandidate(const TextLine &line, RuleSet rules)
 {
     if (!(line.rect.top() < 0.45))
         return false;
@@ -110,12 +132,46 @@ bool isCandidate(const TextLine &line)
         return false;
     if (!(double(counts.digits) / double(std::max<qsizetype>(length, 1)) < 0.35))
         return false;
-    return !mayBeSkipped(line.text) && !mayBeAddress(line.text);
+    return !mayBeSkipped(line.text, rules) && !mayBeAddress(line.text);
+}
+
+// The name under a seller heading: the first of the next few lines below it, in its column, that reads
+// as a name (a "Name:" field gives its value).
+std::optional<Field> nameUnderHeading(const QList<TextLine> &page, RuleSet rules)
+{
+    for (qsizetype h = 0; h < page.size(); ++h) {
+        if (!sellerHeading(rules).contains(page[h].text))
+            continue;
+        const QRectF &heading = page[h].rect;
+        int looked = 0;
+        for (qsizetype i = h + 1; i < page.size() && looked < 4; ++i) {
+            const TextLine &line = page[i];
+            const bool sameColumn = line.rect.left() < heading.right() && line.rect.right() > heading.left();
+            if (!sameColumn || line.rect.top() < heading.bottom() - heading.height() * 0.5)
+                continue;
+            ++looked;
+            QString name = line.text.trimmed();
+            QRectF rect = line.rect;
+            if (const auto m = nameField().match(line.text))
+                name = m->captured(line.text, 1).trimmed();
+            else if (line.text.contains(u':'))
+                continue;
+            TextLine named{name, rect, 0};
+            if (!isCandidate(TextLine{name, QRectF(rect.left(), 0, rect.width(), rect.height()), 0}, rules))
+                continue;
+            Field field = emptyField(QStringLiteral("vendor"), QStringLiteral("Vendor"));
+            field.value = named.text;
+            field.confidence = 0.8;
+            field.box = PageBox{0, rect};
+            return field;
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace
 
-Field findVendor(const QList<TextLine> &lines)
+Field findVendor(const QList<TextLine> &lines, RuleSet rules)
 {
     Field field = emptyField(QStringLiteral("vendor"), QStringLiteral("Vendor"));
 
@@ -127,9 +183,9 @@ Field findVendor(const QList<TextLine> &lines)
     std::stable_sort(firstPage.begin(), firstPage.end(), topThenLeft);
 
     for (const TextLine &line : firstPage) {
-        if (!mayBeLabel(line.text))
+        if (!mayBeLabel(line.text, rules))
             continue;
-        if (const auto m = vendorLabel().match(line.text)) {
+        if (const auto m = vendorLabel(rules).match(line.text)) {
             field.value = m->captured(line.text, 1).trimmed();
             field.confidence = 0.9;
             field.box = PageBox{0, line.rect};
@@ -137,9 +193,14 @@ Field findVendor(const QList<TextLine> &lines)
         }
     }
 
+    if (rules == RuleSet::Full) {
+        if (auto named = nameUnderHeading(firstPage, rules))
+            return *named;
+    }
+
     QList<TextLine> candidates;
     for (const TextLine &line : firstPage) {
-        if (isCandidate(line)) {
+        if (isCandidate(line, rules)) {
             candidates.append(line);
             if (candidates.size() == maxCandidates)
                 break;
