@@ -4,6 +4,8 @@
 #include "model/Graphemes.h"
 #include "model/Money.h"
 
+#include <cmath>
+
 namespace Extractor {
 
 QList<Amount> amountCandidates(const QString &text, RuleSet rules)
@@ -64,6 +66,39 @@ std::optional<NearAmount> amountNear(const Scan &scan, qsizetype index)
     if (next.isEmpty())
         return std::nullopt;
     return NearAmount{next.first().value, scan.rows[index + 1].box(next.first().range), true};
+}
+
+bool isColumnLabelRow(const Scan &scan, qsizetype index)
+{
+    return scan.rules == RuleSet::Full && scan.amounts[index].isEmpty() &&
+           scan.rows[index].lines.size() > 1 && !scan.headerLike[index];
+}
+
+std::optional<NearAmount> amountBelow(const Scan &scan, qsizetype index, const TextLine &label)
+{
+    const QRectF &l = label.rect;
+    const double left = l.left() - l.width() * 0.5;
+    const double right = l.right() + l.width() * 0.5;
+    for (qsizetype j = index + 1; j < scan.rows.size() && j <= index + 3; ++j) {
+        const Row &row = scan.rows[j];
+        if (row.page != scan.rows[index].page || row.rect.top() - l.bottom() > 4 * l.height())
+            break;
+        std::optional<NearAmount> best;
+        double bestDistance = 0;
+        for (const Amount &amount : scan.amounts[j]) {
+            const PageBox box = row.box(amount.range);
+            if (box.rect.right() <= left || box.rect.left() >= right)
+                continue;
+            const double distance = std::abs(box.rect.center().x() - l.center().x());
+            if (!best || distance < bestDistance) {
+                best = NearAmount{amount.value, box, true};
+                bestDistance = distance;
+            }
+        }
+        if (best)
+            return best;
+    }
+    return std::nullopt;
 }
 
 } // namespace Extractor

@@ -37,6 +37,16 @@ struct NearAmount {
 /// trailing number, or the leftmost amount of the next row on the same page when the label row is short.
 std::optional<NearAmount> amountNear(const Scan &scan, qsizetype index);
 
+/// The amount under a label that heads a column ("Total HT" above "100,00", "Netto  USt  Brutto" above
+/// three amounts): in the next three rows on the same page, at most four label heights down, the amount
+/// whose box lies under `label` (its line widened by half its width on each side), nearest to its centre.
+/// Used by the full rules where a label row holds no amount.
+std::optional<NearAmount> amountBelow(const Scan &scan, qsizetype index, const TextLine &label);
+
+/// Whether the full rules read row `index` as column labels over their amounts: several lines, no
+/// amount, not a table header.
+bool isColumnLabelRow(const Scan &scan, qsizetype index);
+
 /// The grand total: the best labelled total, or else the largest amount at low confidence.
 Field findTotal(const Scan &scan);
 

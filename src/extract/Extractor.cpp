@@ -23,6 +23,20 @@ Field findSubtotal(const Scan &scan)
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
         if (!Patterns::subtotalRx(scan.rules).contains(scan.rows[i].text))
             continue;
+        if (isColumnLabelRow(scan, i)) {
+            for (const TextLine &line : scan.rows[i].lines) {
+                const auto near = Patterns::subtotalRx(scan.rules).contains(line.text)
+                                      ? amountBelow(scan, i, line)
+                                      : std::nullopt;
+                if (near) {
+                    field.value = Money::fixed2(near->value);
+                    field.confidence = 0.78;
+                    field.box = near->box;
+                    return field;
+                }
+            }
+            continue;
+        }
         if (const auto near = amountNear(scan, i)) {
             field.value = Money::fixed2(near->value);
             field.confidence = near->fromNextRow ? 0.7 : 0.88;

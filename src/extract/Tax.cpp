@@ -70,6 +70,16 @@ Field findTax(const Scan &scan)
     QList<TaxHit> hits;
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
         const Row &row = scan.rows[i];
+        if (isColumnLabelRow(scan, i)) {
+            // Column labels over their amounts: each tax label takes the amount under it.
+            for (const TextLine &line : row.lines) {
+                if (taxExclude(scan.rules).contains(line.text) || !taxLabel(scan.rules).contains(line.text))
+                    continue;
+                if (const auto near = amountBelow(scan, i, line))
+                    hits.append(TaxHit{near->value, near->box, taxTotal(scan.rules).contains(line.text)});
+            }
+            continue;
+        }
         if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text, scan.rules) ||
             taxExclude(scan.rules).contains(row.text) || !isTaxRow(row, scan.rules))
             continue;

@@ -45,6 +45,21 @@ bool mayHoldTotalLabel(const QString &text, RuleSet rules)
                text, {QLatin1StringView("total"), QLatin1StringView("due"), QLatin1StringView("pay")});
 }
 
+// The base confidence of a total label in `text`: 0.92 for a grand total, 0.86 for an amount payable
+// after prepayments, 0.8 for a plain "Total"; 0 for no total label (or a subtotal, tax total and the like).
+double labelBase(const QString &text, RuleSet rules)
+{
+    if (!mayHoldTotalLabel(text, rules) || notTotal(rules).contains(text))
+        return 0;
+    if (strongTotal(rules).contains(text))
+        return 0.92;
+    if (amountPayable(rules).contains(text))
+        return 0.86;
+    if (plainTotal(rules).contains(text))
+        return 0.8;
+    return 0;
+}
+
 } // namespace
 
 Field findTotal(const Scan &scan)
@@ -54,29 +69,34 @@ Field findTotal(const Scan &scan)
     // Phase 1: labelled totals; ties go to the later row (a receipt's last "Total" is the final one).
     std::optional<NearAmount> best;
     double bestConfidence = 0;
-    for (qsizetype i = 0; i < scan.rows.size(); ++i) {
-        const QString &text = scan.rows[i].text;
-        if (!mayHoldTotalLabel(text, scan.rules) || notTotal(scan.rules).contains(text))
-            continue;
-        if (scan.headerLike[i] && scan.amounts[i].isEmpty())
-            continue;
-        double base = 0;
-        if (strongTotal(scan.rules).contains(text))
-            base = 0.92;
-        else if (amountPayable(scan.rules).contains(text))
-            base = 0.86;
-        else if (plainTotal(scan.rules).contains(text))
-            base = 0.8;
-        else
-            continue;
-        const auto near = amountNear(scan, i);
-        if (!near)
-            continue;
-        const double confidence = near->fromNextRow ? base - 0.15 : base;
+    const auto offer = [&](const NearAmount &near, double confidence) {
         if (!best || confidence >= bestConfidence) {
             best = near;
             bestConfidence = confidence;
         }
+    };
+    for (qsizetype i = 0; i < scan.rows.size(); ++i) {
+        const QString &text = scan.rows[i].text;
+        if (isColumnLabelRow(scan, i)) {
+            // A row of column labels ("Total HT  TVA  Total TTC") over their amounts.
+            for (const TextLine &line : scan.rows[i].lines) {
+                const double base = labelBase(line.text, scan.rules);
+                if (base > 0) {
+                    if (const auto near = amountBelow(scan, i, line))
+                        offer(*near, base - 0.1);
+                }
+            }
+            continue;
+        }
+        if (scan.headerLike[i] && scan.amounts[i].isEmpty())
+            continue;
+        const double base = labelBase(text, scan.rules);
+        if (base == 0)
+            continue;
+        const auto near = amountNear(scan, i);
+        if (!near)
+            continue;
+        offer(*near, near->fromNextRow ? base - 0.15 : base);
     }
     if (best) {
         field.value = Money::fixed2(best->value);
