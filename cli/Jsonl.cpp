@@ -89,14 +89,15 @@ Expected<Run> read(const QStringList &paths)
         QFile file(name);
         if (!file.open(QIODevice::ReadOnly))
             return TabrixError{QStringLiteral("cannot read %1: %2").arg(name, file.errorString())};
-        const QList<QByteArray> lines = file.readAll().split('\n');
-        for (qsizetype n = 0; n < lines.size(); ++n) {
-            if (lines[n].trimmed().isEmpty())
+        // Line by line, so memory holds the records rather than whole outputs.
+        for (qsizetype n = 1; !file.atEnd(); ++n) {
+            const QByteArray line = file.readLine();
+            if (line.trimmed().isEmpty())
                 continue;
-            const QString where = QStringLiteral("%1:%2: ").arg(name).arg(n + 1);
+            const QString where = QStringLiteral("%1:%2: ").arg(name).arg(n);
             QJsonParseError error{};
-            const QJsonDocument doc = QJsonDocument::fromJson(lines[n], &error);
-            if (error.error != QJsonParseError::NoError && n + 1 == lines.size()) {
+            const QJsonDocument doc = QJsonDocument::fromJson(line, &error);
+            if (error.error != QJsonParseError::NoError && !line.endsWith('\n')) {
                 run.notes.append(where + QStringLiteral("skipped an incomplete last line"));
                 continue;
             }
@@ -117,9 +118,9 @@ Expected<Run> read(const QStringList &paths)
     run.missing = total - byIndex.size();
     while (run.missing > 0 && byIndex.contains(run.firstMissing))
         ++run.firstMissing;
-    for (const Record &r : std::as_const(byIndex)) {
+    for (Record &r : byIndex) {
         run.files.append(r.path);
-        run.results.append(r.result);
+        run.results.append(std::move(r.result));
     }
     return run;
 }
