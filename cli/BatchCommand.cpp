@@ -1,5 +1,6 @@
 // tabrix-cli PATH...: read every document, treat each ready one as approved, write one export.
 #include "Commands.h"
+#include "Jsonl.h"
 
 #include "export/Csv.h"
 #include "export/JsonExport.h"
@@ -19,6 +20,7 @@
 #include <QThread>
 #include <QThreadPool>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <unistd.h>
 
@@ -97,9 +99,11 @@ private:
 };
 
 /// Reads every file, `jobs` at once, and returns the results in queue order. Each task writes only its
-/// own slot; completions come back to this thread through queued calls.
-QList<Expected<Processing::Loaded>> readAll(const QStringList &files, const QList<CustomFieldDef> &defs,
-                                            int jobs, RuleSet rules, Progress &progress)
+/// own slot; completions come back to this thread through queued calls, and to `onFinished` as they come.
+QList<Expected<Processing::Loaded>>
+readAll(const QStringList &files, const QList<CustomFieldDef> &defs, int jobs, RuleSet rules,
+        Progress &progress,
+        const std::function<void(qsizetype, const Expected<Processing::Loaded> &)> &onFinished)
 {
     QList<Expected<Processing::Loaded>> results(files.size(), TabrixError{});
     if (files.isEmpty())
@@ -126,6 +130,7 @@ QList<Expected<Processing::Loaded>> readAll(const QStringList &files, const QLis
                 [&, i, result = std::move(result)]() mutable {
                     results[i] = std::move(result);
                     progress.finished(files[i], results[i]);
+                    onFinished(i, results[i]);
                     if (++finished == files.size())
                         loop.quit();
                 },
@@ -160,16 +165,41 @@ int runBatch(const BatchOptions &options)
         printError(CustomFieldCodec::notAFileMessage());
         return 1;
     }
-    const QStringList files = queue(options.paths);
-    if (files.isEmpty()) {
+    if (options.merge)
+        return runMerge(options, *defs);
+    const QStringList expanded = queue(options.paths);
+    if (expanded.isEmpty()) {
         printError(Pipeline::noSupportedFilesMessage());
         return 1;
+    }
+    const QList<qsizetype> indices = shardIndices(expanded.size(), options.shard);
+    QStringList files;
+    for (const qsizetype i : indices)
+        files.append(expanded[i]);
+    std::optional<JsonlWriter> jsonl;
+    if (options.format == QLatin1String("jsonl")) {
+        jsonl.emplace(options.output);
+        if (const auto error = jsonl->failure()) {
+            printError(QStringLiteral("tabrix-cli: Export failed: ") + error->message);
+            return 1;
+        }
     }
 
     const int jobs = options.jobs > 0 ? options.jobs : std::max(1, QThread::idealThreadCount());
     Progress progress(files.size(), options.quiet);
-    const auto results = readAll(files, *defs, jobs, options.rules, progress);
+    const auto results = readAll(files, *defs, jobs, options.rules, progress,
+                                 [&](qsizetype i, const Expected<Processing::Loaded> &result) {
+                                     if (jsonl)
+                                         jsonl->write(indices[i], expanded.size(), files[i], result, *defs);
+                                 });
+    if (jsonl)
+        return jsonl->finish(results);
+    return exportResults(options, files, results, *defs);
+}
 
+int exportResults(const BatchOptions &options, const QStringList &files,
+                  const QList<Expected<Processing::Loaded>> &results, const QList<CustomFieldDef> &defs)
+{
     std::vector<std::unique_ptr<DocItem>> ready;
     bool anyFailed = false;
     for (qsizetype i = 0; i < files.size(); ++i) {
@@ -189,7 +219,7 @@ int runBatch(const BatchOptions &options)
     for (const auto &doc : ready)
         docs.append(doc.get());
 
-    const auto exported = exportBytes(options, docs, *defs);
+    const auto exported = exportBytes(options, docs, defs);
     if (const auto *error = std::get_if<TabrixError>(&exported)) {
         printError(QStringLiteral("tabrix-cli: ") + error->message);
         return 1;

@@ -34,6 +34,16 @@ bool isWholeNumber(const QJsonValue &v)
            std::abs(v.toDouble()) < 2147483648.0;
 }
 
+/// A box written by boxJson; anything else (null included) is no box.
+std::optional<PageBox> parseBox(const QJsonValue &value)
+{
+    const QJsonArray rect = value[QLatin1String("rect")].toArray();
+    if (!value.isObject() || rect.size() != 4)
+        return std::nullopt;
+    return PageBox{value[QLatin1String("page")].toInt(),
+                   QRectF(rect[0].toDouble(), rect[1].toDouble(), rect[2].toDouble(), rect[3].toDouble())};
+}
+
 } // namespace
 
 Expected<Input> parseInput(const QByteArray &json)
@@ -104,28 +114,79 @@ QByteArray writeLines(const QList<TextLine> &lines)
     return QJsonDocument(QJsonObject{{QStringLiteral("lines"), array}}).toJson(QJsonDocument::Compact);
 }
 
-QByteArray writeResult(const Extractor::Result &result)
+QJsonArray fieldsJson(const QList<Field> &fields)
 {
-    QJsonArray fields;
-    for (const Field &f : result.fields) {
-        fields.append(QJsonObject{{QStringLiteral("key"), f.key},
-                                  {QStringLiteral("label"), f.label},
-                                  {QStringLiteral("value"), f.value},
-                                  {QStringLiteral("confidence"), f.confidence},
-                                  {QStringLiteral("edited"), f.edited},
-                                  {QStringLiteral("isCustom"), f.isCustom},
-                                  {QStringLiteral("source"), f.source},
-                                  {QStringLiteral("box"), boxJson(f.box)}});
+    QJsonArray array;
+    for (const Field &f : fields) {
+        array.append(QJsonObject{{QStringLiteral("key"), f.key},
+                                 {QStringLiteral("label"), f.label},
+                                 {QStringLiteral("value"), f.value},
+                                 {QStringLiteral("confidence"), f.confidence},
+                                 {QStringLiteral("edited"), f.edited},
+                                 {QStringLiteral("isCustom"), f.isCustom},
+                                 {QStringLiteral("source"), f.source},
+                                 {QStringLiteral("box"), boxJson(f.box)}});
     }
-    QJsonArray items;
-    for (const LineItem &item : result.items) {
-        items.append(QJsonObject{{QStringLiteral("description"), item.description},
+    return array;
+}
+
+QJsonArray itemsJson(const QList<LineItem> &items)
+{
+    QJsonArray array;
+    for (const LineItem &item : items) {
+        array.append(QJsonObject{{QStringLiteral("description"), item.description},
                                  {QStringLiteral("quantity"), item.quantity},
                                  {QStringLiteral("unitPrice"), item.unitPrice},
                                  {QStringLiteral("amount"), item.amount},
                                  {QStringLiteral("confidence"), item.confidence},
                                  {QStringLiteral("box"), boxJson(item.box)}});
     }
+    return array;
+}
+
+std::optional<QList<Field>> parseFields(const QJsonArray &array)
+{
+    QList<Field> fields;
+    for (const QJsonValue &value : array) {
+        const QJsonObject o = value.toObject();
+        if (!o.value(QLatin1String("key")).isString() || !o.value(QLatin1String("value")).isString() ||
+            !o.value(QLatin1String("confidence")).isDouble())
+            return std::nullopt;
+        Field f;
+        f.key = o.value(QLatin1String("key")).toString();
+        f.label = o.value(QLatin1String("label")).toString();
+        f.value = o.value(QLatin1String("value")).toString();
+        f.confidence = o.value(QLatin1String("confidence")).toDouble();
+        f.edited = o.value(QLatin1String("edited")).toBool();
+        f.isCustom = o.value(QLatin1String("isCustom")).toBool();
+        f.source = o.value(QLatin1String("source")).toString();
+        f.box = parseBox(o.value(QLatin1String("box")));
+        fields.append(f);
+    }
+    return fields;
+}
+
+std::optional<QList<LineItem>> parseItems(const QJsonArray &array)
+{
+    QList<LineItem> items;
+    for (const QJsonValue &value : array) {
+        const QJsonObject o = value.toObject();
+        if (!o.value(QLatin1String("description")).isString() || !o.value(QLatin1String("amount")).isString())
+            return std::nullopt;
+        LineItem item;
+        item.description = o.value(QLatin1String("description")).toString();
+        item.quantity = o.value(QLatin1String("quantity")).toString();
+        item.unitPrice = o.value(QLatin1String("unitPrice")).toString();
+        item.amount = o.value(QLatin1String("amount")).toString();
+        item.confidence = o.value(QLatin1String("confidence")).toDouble();
+        item.box = parseBox(o.value(QLatin1String("box")));
+        items.append(item);
+    }
+    return items;
+}
+
+QByteArray writeResult(const Extractor::Result &result)
+{
     QJsonArray rows;
     for (const Row &row : result.rows) {
         QJsonArray offsets;
@@ -136,8 +197,9 @@ QByteArray writeResult(const Extractor::Result &result)
                                 {QStringLiteral("offsets"), offsets},
                                 {QStringLiteral("rect"), rectJson(row.rect)}});
     }
-    const QJsonObject root{
-        {QStringLiteral("fields"), fields}, {QStringLiteral("items"), items}, {QStringLiteral("rows"), rows}};
+    const QJsonObject root{{QStringLiteral("fields"), fieldsJson(result.fields)},
+                           {QStringLiteral("items"), itemsJson(result.items)},
+                           {QStringLiteral("rows"), rows}};
     return QJsonDocument(root).toJson(QJsonDocument::Compact);
 }
 

@@ -6,6 +6,8 @@
 #include "model/TextLine.h"
 
 #include <QByteArray>
+#include <QJsonArray>
+#include <optional>
 
 /// The plain-records seam of tabrix-cli: text lines in, extraction results out, as JSON.
 namespace LinesJson {
@@ -21,6 +23,16 @@ Expected<Input> parseInput(const QByteArray &json);
 
 /// {"lines": [...]}: the form parseInput reads, numbers in shortest round-trip form.
 QByteArray writeLines(const QList<TextLine> &lines);
+
+/// The records in the result's form: [{"key", "label", "value", "confidence", "edited", "isCustom",
+/// "source", "box"}, …] and [{"description", "quantity", "unitPrice", "amount", "confidence", "box"}, …].
+QJsonArray fieldsJson(const QList<Field> &fields);
+QJsonArray itemsJson(const QList<LineItem> &items);
+
+/// Reads those arrays back exactly (numbers written in shortest form come back as the same doubles);
+/// nothing when an element lacks its texts or confidence.
+std::optional<QList<Field>> parseFields(const QJsonArray &array);
+std::optional<QList<LineItem>> parseItems(const QJsonArray &array);
 
 /// {"fields": [...], "items": [...], "rows": [...]}.
 QByteArray writeResult(const Extractor::Result &result);

@@ -7,15 +7,19 @@ namespace {
 
 const char *const usage =
     "usage: tabrix-cli [options] PATH...\n"
+    "       tabrix-cli --merge [options] FILE...\n"
     "       tabrix-cli --lines FILE|-\n"
     "       tabrix-cli --dump-lines PATH\n"
     "options:\n"
-    "  --format json|csv|tsv|xlsx   export format (default json)\n"
+    "  --format json|csv|tsv|xlsx|jsonl\n"
+    "                               export format (default json); jsonl: one line per finished document\n"
     "  --layout document|line-item  rows of csv/tsv (default document)\n"
     "  --output FILE                write the export to FILE (default standard output)\n"
     "  --custom-fields FILE         custom field definitions (default: the saved ones)\n"
     "  --jobs N                     documents read at once (default: number of cores)\n"
     "  --quiet                      no progress on standard error\n"
+    "  --shard K/N                  read only the K-th of N disjoint parts of the files found\n"
+    "  --merge                      the FILEs are jsonl outputs: export them as one run would have\n"
     "  --rules core|full            core: the base rules alone; full (default): with the extensions\n"
     "                               (languages, receipts, checks); applies to --lines and --dump-lines too\n";
 
@@ -71,8 +75,8 @@ int main(int argc, char **argv)
                 return usageError(QStringLiteral("--dump-lines takes exactly one PATH"));
             return runDumpLines(v, options.rules);
         } else if (arg == QLatin1String("--format")) {
-            if (!value(v) || !QStringList{"json", "csv", "tsv", "xlsx"}.contains(v))
-                return usageError(QStringLiteral("--format must be json, csv, tsv or xlsx"));
+            if (!value(v) || !QStringList{"json", "csv", "tsv", "xlsx", "jsonl"}.contains(v))
+                return usageError(QStringLiteral("--format must be json, csv, tsv, xlsx or jsonl"));
             options.format = v;
         } else if (arg == QLatin1String("--layout")) {
             if (!value(v) || !QStringList{"document", "line-item"}.contains(v))
@@ -89,6 +93,13 @@ int main(int argc, char **argv)
             options.jobs = value(v) ? v.toInt(&ok) : 0;
             if (!ok || options.jobs < 1)
                 return usageError(QStringLiteral("--jobs needs a whole number of at least 1"));
+        } else if (arg == QLatin1String("--shard")) {
+            const auto shard = value(v) ? parseShard(v) : std::nullopt;
+            if (!shard)
+                return usageError(QStringLiteral("--shard needs K/N with whole numbers 1 <= K <= N"));
+            options.shard = *shard;
+        } else if (arg == QLatin1String("--merge")) {
+            options.merge = true;
         } else if (arg == QLatin1String("--quiet")) {
             options.quiet = true;
         } else if (arg == QLatin1String("--")) {
@@ -101,7 +112,10 @@ int main(int argc, char **argv)
         }
     }
     if (options.paths.isEmpty())
-        return usageError(QStringLiteral("no PATH given"));
+        return usageError(options.merge ? QStringLiteral("--merge needs the jsonl FILEs to combine")
+                                        : QStringLiteral("no PATH given"));
+    if (options.merge && (options.format == QLatin1String("jsonl") || options.shard.n > 1))
+        return usageError(QStringLiteral("--merge writes json, csv, tsv or xlsx and takes no --shard"));
     if (options.format == QLatin1String("xlsx") && options.output.isEmpty())
         return usageError(QStringLiteral("--format xlsx requires --output FILE"));
     return runBatch(options);

@@ -26,7 +26,9 @@ double roundedConfidence(const Field &field)
     return std::round(field.confidence * 100.0) / 100.0;
 }
 
-QJsonObject documentObject(const DocItem &doc, const QList<CustomFieldDef> &defs)
+} // namespace
+
+QJsonObject jsonElement(const DocItem &doc, const QList<CustomFieldDef> &defs)
 {
     QJsonObject custom;
     for (const CustomFieldDef &def : defs) {
@@ -63,13 +65,11 @@ QJsonObject documentObject(const DocItem &doc, const QList<CustomFieldDef> &defs
     };
 }
 
-} // namespace
-
 QByteArray json(const QList<const DocItem *> &docs, const QList<CustomFieldDef> &defs)
 {
     QJsonArray array;
     for (const DocItem *doc : docs)
-        array.append(documentObject(*doc, defs));
+        array.append(jsonElement(*doc, defs));
     return JsonText::write(array, JsonText::Slashes::Plain);
 }
 

@@ -3,6 +3,7 @@
 #include "model/CustomFieldDef.h"
 
 #include <QByteArray>
+#include <QJsonObject>
 #include <QList>
 
 class DocItem;
@@ -16,5 +17,8 @@ namespace Exporter {
 /// field the user edited, else rounded to two decimals). Written in our JSON text form with plain
 /// slashes. Never fails.
 QByteArray json(const QList<const DocItem *> &docs, const QList<CustomFieldDef> &defs);
+
+/// One element of that array: the object written for `doc`. Never fails.
+QJsonObject jsonElement(const DocItem &doc, const QList<CustomFieldDef> &defs);
 
 } // namespace Exporter

@@ -59,10 +59,18 @@ void writeString(QByteArray &out, const QString &text, Slashes slashes)
     out += '"';
 }
 
+/// depth < 0 writes everything on one line.
 void newline(QByteArray &out, int depth)
 {
+    if (depth < 0)
+        return;
     out += '\n';
     out.append(2 * depth, ' ');
+}
+
+int deeper(int depth)
+{
+    return depth < 0 ? depth : depth + 1;
 }
 
 void writeValue(QByteArray &out, const QJsonValue &value, Slashes slashes, int depth)
@@ -89,8 +97,8 @@ void writeValue(QByteArray &out, const QJsonValue &value, Slashes slashes, int d
         for (qsizetype i = 0; i < array.size(); ++i) {
             if (i > 0)
                 out += ',';
-            newline(out, depth + 1);
-            writeValue(out, array.at(i), slashes, depth + 1);
+            newline(out, deeper(depth));
+            writeValue(out, array.at(i), slashes, deeper(depth));
         }
         newline(out, depth);
         out += ']';
@@ -108,10 +116,10 @@ void writeValue(QByteArray &out, const QJsonValue &value, Slashes slashes, int d
         for (qsizetype i = 0; i < keys.size(); ++i) {
             if (i > 0)
                 out += ',';
-            newline(out, depth + 1);
+            newline(out, deeper(depth));
             writeString(out, keys.at(i), slashes);
-            out += " : ";
-            writeValue(out, object.value(keys.at(i)), slashes, depth + 1);
+            out += depth < 0 ? ":" : " : ";
+            writeValue(out, object.value(keys.at(i)), slashes, deeper(depth));
         }
         newline(out, depth);
         out += '}';
@@ -137,6 +145,13 @@ QByteArray write(const QJsonValue &value, Slashes slashes)
 {
     QByteArray out;
     writeValue(out, value, slashes, 0);
+    return out;
+}
+
+QByteArray writeLine(const QJsonValue &value)
+{
+    QByteArray out;
+    writeValue(out, value, Slashes::Plain, -1);
     return out;
 }
 

@@ -19,6 +19,10 @@ enum class Slashes {
 /// The UTF-8 text of `value`. Never fails.
 QByteArray write(const QJsonValue &value, Slashes slashes = Slashes::Plain);
 
+/// The same text without line breaks or indent and with ":" between key and value: one line of a
+/// JSON Lines stream (the caller adds the newline). Plain slashes. Never fails.
+QByteArray writeLine(const QJsonValue &value);
+
 /// The shortest decimal text that reads back as `x` ("100", "0.1", "1e+21"); locale-free.
 /// `x` must be finite.
 QByteArray shortestNumber(double x);

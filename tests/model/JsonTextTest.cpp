@@ -60,6 +60,13 @@ TEST(JsonText, EscapesSlashesOnRequest)
               QByteArray("{\n  \"a\\/b\" : \"c\\/d\\\\\"\n}"));
 }
 
+// The one-line form keeps key order and numbers but never breaks a line, even for text holding one.
+TEST(JsonText, WritesOneLine)
+{
+    const QJsonObject object{{"b", QJsonArray{1.5, QJsonObject()}}, {"a", "x\ny/z"}, {"c", QJsonArray()}};
+    EXPECT_EQ(JsonText::writeLine(object), QByteArray(R"({"a":"x\ny/z","b":[1.5,{}],"c":[]})"));
+}
+
 // The custom-fields file form: sorted members, " : ", escaped slashes; it decodes to the same list.
 TEST(CustomFieldCodec, EncodesFileFormAndRoundTrips)
 {
