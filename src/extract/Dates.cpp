@@ -1,6 +1,7 @@
 #include "Dates.h"
 
 #include "DateDetector.h"
+#include "Number.h"
 #include "Regex.h"
 #include "Rows.h"
 #include "Vocabulary.h"
@@ -15,9 +16,13 @@ using DateDetector::Order;
 // The vocabularies' labels come first: "Date d'échéance" is one due label, not the issue label "Date".
 const Regex &dateLabel(RuleSet rules)
 {
+    // The full rules want "date" as a word of its own: German "Daten" (data) is no label.
     static const RulePattern rx(
-        QStringLiteral(R"({date.due|}{date.issue|}due\s*date|payment\s*due|pay(?:able)?\s*by|\bdue\b|)"
-                       R"((?:invoice|issue|order|billing|bill|receipt|purchase)?\s*date|issued|dated)"));
+        QStringLiteral(R"(due\s*date|payment\s*due|pay(?:able)?\s*by|\bdue\b|)"
+                       R"((?:invoice|issue|order|billing|bill|receipt|purchase)?\s*date|issued|dated)"),
+        QStringLiteral(
+            R"({date.due|}{date.issue|}due\s*date|payment\s*due|pay(?:able)?\s*by|\bdue\b|)"
+            R"((?:invoice|issue|order|billing|bill|receipt|purchase)?\s*date(?!\p{L})|issued|dated)"));
     return rx(rules);
 }
 
@@ -161,6 +166,11 @@ QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, Rul
             if (nearest) {
                 hit.kind = nearest->kind;
                 hit.conf = 0.9;
+            } else if (rules == RuleSet::Full && invoiceNumberAt(row.text, rules) >= 0 &&
+                       invoiceNumberAt(row.text, rules) < dates[i].range.loc) {
+                // "Rechnung Nr. 123 vom 12.03.2024", "Invoice #123 – 5 March 2024": the date the invoice
+                // number is given with is its issue date.
+                hit.conf = 0.85;
             } else if (marks.isEmpty() && i < carried.size()) {
                 // A row of labels stacked above a row of dates: the i-th date takes the i-th label.
                 hit.kind = carried[i];

@@ -35,7 +35,6 @@ Field findSubtotal(const Scan &scan)
                     return field;
                 }
             }
-            continue;
         }
         if (const auto near = amountNear(scan, i)) {
             field.value = Money::fixed2(near->value);
@@ -45,6 +44,16 @@ Field findSubtotal(const Scan &scan)
         }
     }
     return field;
+}
+
+// The tax a labelled subtotal and total imply, for the full rules' check of the tax rows.
+std::optional<double> impliedTax(const Field &subtotal, const Field &total, RuleSet rules)
+{
+    const auto s = Money::parse(subtotal.value);
+    const auto t = Money::parse(total.value);
+    if (rules != RuleSet::Full || !s || !t || subtotal.confidence < 0.7 || total.confidence < 0.7)
+        return std::nullopt;
+    return *t - *s;
 }
 
 } // namespace
@@ -59,8 +68,8 @@ Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom
     auto [date, dueDate] = findDates(rows, rules);
     Field currency = findCurrency(rows, rules);
     Field subtotal = findSubtotal(scan);
-    Field tax = findTax(scan);
     Field total = findTotal(scan);
+    Field tax = findTax(scan, impliedTax(subtotal, total, rules));
     QList<LineItem> items = findLineItems(scan);
     reconcile(subtotal, tax, total, items);
 

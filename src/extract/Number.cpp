@@ -11,7 +11,8 @@ namespace Extractor {
 namespace {
 
 // The separator class holds ":", "#", ".", "-" and an en dash. The full rules add the vocabularies'
-// labels and number words, and allow two separators ("No : # 123").
+// labels and number words, a short note in brackets before the number word ("Rechnung (Kopie) Nr. 12")
+// and two separators ("No : # 123").
 const Regex &numLabel(RuleSet rules)
 {
     static const RulePattern rx(
@@ -21,8 +22,9 @@ const Regex &numLabel(RuleSet rules)
             "\u2013"
             R"(]?\s*([A-Z0-9][A-Z0-9\-/_.]{2,24}))"),
         QStringLiteral(
-            R"(\b(invoice|receipt|inv(?=[\s#.:])|bill|order|ref(?:erence)?|document|doc|confirmation|transaction|)"
-            R"(ticket|form{number.invoice}{number.order}{number.other})\s*(?:(?:no|num|number|nr|id)\b\.?|#{number.word})?)"
+            R"((\b(?:invoice|receipt|inv(?=[\s#.:])|bill|order|ref(?:erence)?|document|doc|confirmation|)"
+            R"(transaction|ticket|form){number.invoice}{number.order}{number.other})\s*(?:\([^()]{1,12}\)\s*)?)"
+            R"((?:(?:no|num|number|nr|id)\b\.?|#{number.word})?)"
             R"((?:\s*[:#.\-)"
             "\u2013"
             R"(]){0,2}\s*([A-Z0-9][A-Z0-9\-/_.]{2,24}))"));
@@ -149,6 +151,17 @@ void offerStacked(const QList<Row> &rows, qsizetype i, RuleSet rules, Best &best
 }
 
 } // namespace
+
+qsizetype invoiceNumberAt(const QString &text, RuleSet rules)
+{
+    for (const Regex::Match &m : numLabel(rules).matchAll(text)) {
+        const QString value = trimSeparators(m.captured(text, 2));
+        if (m.has(2) && hasDigit(value) && !Patterns::dateOnly().contains(value) &&
+            labelConfidence(m.captured(text, 1), rules) >= 0.85)
+            return m.range().loc;
+    }
+    return -1;
+}
 
 Field findNumber(const QList<Row> &rows, RuleSet rules)
 {

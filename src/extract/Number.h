@@ -9,4 +9,7 @@ namespace Extractor {
 /// The invoice, receipt or order number: the most confident of four row rules.
 Field findNumber(const QList<Row> &rows, RuleSet rules = RuleSet::Core);
 
+/// Where the first labelled invoice or receipt number in `text` starts ("Rechnung Nr. 123 vom …"), or -1.
+qsizetype invoiceNumberAt(const QString &text, RuleSet rules);
+
 } // namespace Extractor

@@ -4,6 +4,8 @@
 #include "Vocabulary.h"
 #include "model/Money.h"
 
+#include <cmath>
+
 namespace Extractor {
 
 namespace {
@@ -62,33 +64,18 @@ bool isTaxRow(const Row &row, RuleSet rules)
     return false;
 }
 
-} // namespace
+bool agrees(double a, double b)
+{
+    return std::abs(a - b) < 0.011;
+}
 
-Field findTax(const Scan &scan)
+// The last tax-total row, else a single tax row, else the sum of several (separate state and city
+// taxes add up).
+Field chooseTax(const QList<TaxHit> &hits)
 {
     Field field = emptyField(QStringLiteral("tax"), QStringLiteral("Tax"));
-    QList<TaxHit> hits;
-    for (qsizetype i = 0; i < scan.rows.size(); ++i) {
-        const Row &row = scan.rows[i];
-        if (isColumnLabelRow(scan, i)) {
-            // Column labels over their amounts: each tax label takes the amount under it.
-            for (const TextLine &line : row.lines) {
-                if (taxExclude(scan.rules).contains(line.text) || !taxLabel(scan.rules).contains(line.text))
-                    continue;
-                if (const auto near = amountBelow(scan, i, line))
-                    hits.append(TaxHit{near->value, near->box, taxTotal(scan.rules).contains(line.text)});
-            }
-            continue;
-        }
-        if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text, scan.rules) ||
-            taxExclude(scan.rules).contains(row.text) || !isTaxRow(row, scan.rules))
-            continue;
-        const Amount &last = scan.amounts[i].last();
-        hits.append(TaxHit{last.value, row.box(last.range), taxTotal(scan.rules).contains(row.text)});
-    }
     if (hits.isEmpty())
         return field;
-
     for (auto it = hits.crbegin(); it != hits.crend(); ++it) {
         if (it->isTaxTotal) {
             field.value = Money::fixed2(it->amount);
@@ -109,6 +96,44 @@ Field findTax(const Scan &scan)
     field.value = Money::fixed2(sum);
     field.confidence = 0.6;
     field.box = hits.last().box;
+    return field;
+}
+
+} // namespace
+
+Field findTax(const Scan &scan, std::optional<double> implied)
+{
+    QList<TaxHit> hits;
+    for (qsizetype i = 0; i < scan.rows.size(); ++i) {
+        const Row &row = scan.rows[i];
+        if (isColumnLabelRow(scan, i)) {
+            // Column labels over their amounts: each tax label takes the amount under it.
+            for (const TextLine &line : row.lines) {
+                if (taxExclude(scan.rules).contains(line.text) || !taxLabel(scan.rules).contains(line.text))
+                    continue;
+                if (const auto near = amountBelow(scan, i, line))
+                    hits.append(TaxHit{near->value, near->box, taxTotal(scan.rules).contains(line.text)});
+            }
+            continue;
+        }
+        if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text, scan.rules) ||
+            taxExclude(scan.rules).contains(row.text) || !isTaxRow(row, scan.rules))
+            continue;
+        const Amount &last = scan.amounts[i].last();
+        hits.append(TaxHit{last.value, row.box(last.range), taxTotal(scan.rules).contains(row.text)});
+    }
+    Field field = chooseTax(hits);
+    const auto value = Money::parse(field.value);
+    if (!implied || !value || agrees(*value, *implied))
+        return field;
+    for (auto it = hits.crbegin(); it != hits.crend(); ++it) {
+        if (agrees(it->amount, *implied)) {
+            field.value = Money::fixed2(it->amount);
+            field.confidence = 0.85;
+            field.box = it->box;
+            break;
+        }
+    }
     return field;
 }
 

@@ -78,15 +78,19 @@ Field findTotal(const Scan &scan)
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
         const QString &text = scan.rows[i].text;
         if (isColumnLabelRow(scan, i)) {
-            // A row of column labels ("Total HT  TVA  Total TTC") over their amounts.
+            // A row of column labels ("Total HT  TVA  Total TTC") over their amounts; a row where no
+            // label has one is read as any other.
+            bool found = false;
             for (const TextLine &line : scan.rows[i].lines) {
                 const double base = labelBase(line.text, scan.rules);
-                if (base > 0) {
-                    if (const auto near = amountBelow(scan, i, line))
-                        offer(*near, base - 0.1);
+                const auto near = base > 0 ? amountBelow(scan, i, line) : std::nullopt;
+                if (near) {
+                    offer(*near, base - 0.1);
+                    found = true;
                 }
             }
-            continue;
+            if (found)
+                continue;
         }
         if (scan.headerLike[i] && scan.amounts[i].isEmpty())
             continue;

@@ -8,6 +8,7 @@
 #include "model/Graphemes.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace Extractor {
 
@@ -44,7 +45,7 @@ const Regex &nameField()
 {
     static const Regex rx(QStringLiteral(
         R"(^\s*(?:name|company|firma|firmenname|nom|raison\s*sociale|naam|bedrijfsnaam|nombre|raz[oó]n\s*social|)"
-        R"(nome|ragione\s*sociale|denominazione)\s*:\s*(.{2,})$)"));
+        R"(nome|ragione\s*sociale|denominazione)\s*:\s*(.*)$)"));
     return rx;
 }
 
@@ -135,8 +136,29 @@ bool isCandidate(const TextLine &line, RuleSet rules)
     return !mayBeSkipped(line.text, rules) && !mayBeAddress(line.text);
 }
 
+// The value of a name field: the line's own text after the label, or the line to its right when the
+// label stands alone ("Name:" and "Muster GmbH" as two lines of one row).
+std::optional<TextLine> nameFieldValue(const QList<TextLine> &page, const TextLine &line)
+{
+    const auto m = nameField().match(line.text);
+    if (!m)
+        return std::nullopt;
+    const QString value = m->captured(line.text, 1).trimmed();
+    if (!value.isEmpty())
+        return TextLine{value, line.rect, line.page};
+    const TextLine *right = nullptr;
+    for (const TextLine &other : page) {
+        const bool sameRow =
+            std::abs(other.rect.center().y() - line.rect.center().y()) < line.rect.height() * 0.5;
+        if (sameRow && other.rect.left() >= line.rect.right() &&
+            (!right || other.rect.left() < right->rect.left()))
+            right = &other;
+    }
+    return right ? std::optional<TextLine>(*right) : std::nullopt;
+}
+
 // The name under a seller heading: the first of the next few lines below it, in its column, that reads
-// as a name (a "Name:" field gives its value).
+// as a name (a "Name:" field gives its value). A buyer's heading or another field ends the search.
 std::optional<Field> nameUnderHeading(const QList<TextLine> &page, RuleSet rules)
 {
     for (qsizetype h = 0; h < page.size(); ++h) {
@@ -147,22 +169,22 @@ std::optional<Field> nameUnderHeading(const QList<TextLine> &page, RuleSet rules
         for (qsizetype i = h + 1; i < page.size() && looked < 4; ++i) {
             const TextLine &line = page[i];
             const bool sameColumn = line.rect.left() < heading.right() && line.rect.right() > heading.left();
-            if (!sameColumn || line.rect.top() < heading.bottom() - heading.height() * 0.5)
+            if (!sameColumn || line.rect.top() < heading.center().y())
                 continue;
             ++looked;
-            QString name = line.text.trimmed();
-            QRectF rect = line.rect;
-            if (const auto m = nameField().match(line.text))
-                name = m->captured(line.text, 1).trimmed();
-            else if (line.text.contains(u':'))
+            std::optional<TextLine> name = nameFieldValue(page, line);
+            if (!name && line.text.contains(u':'))
                 continue;
-            TextLine named{name, rect, 0};
-            if (!isCandidate(TextLine{name, QRectF(rect.left(), 0, rect.width(), rect.height()), 0}, rules))
-                continue;
+            if (!name)
+                name = line;
+            // Where on the page the name stands does not matter here: the heading placed it.
+            const TextLine unplaced{name->text, QRectF(0, 0, name->rect.width(), name->rect.height()), 0};
+            if (!isCandidate(unplaced, rules))
+                break;
             Field field = emptyField(QStringLiteral("vendor"), QStringLiteral("Vendor"));
-            field.value = named.text;
+            field.value = name->text.trimmed();
             field.confidence = 0.8;
-            field.box = PageBox{0, rect};
+            field.box = PageBox{0, name->rect};
             return field;
         }
     }
