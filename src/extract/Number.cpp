@@ -58,6 +58,15 @@ const Regex &numStacked(RuleSet rules)
     return rx(rules);
 }
 
+// A line that is only a number mark and a number ("N° FA-2026-0001" under a "FACTURE" heading): the
+// full rules offer it below the green threshold, as nothing names what is numbered.
+const Regex &markedNumber()
+{
+    static const Regex rx(
+        QStringLiteral(R"(^\W*(?:n[°º]|no\.|nr\.)\s*[:.]?\s*([A-Z0-9][A-Z0-9\-/_.]{2,24})\s*$)"));
+    return rx;
+}
+
 const Regex &hashNumber()
 {
     static const Regex rx(QStringLiteral(R"(#\s*(\d{3,}))"));
@@ -173,6 +182,14 @@ Field findNumber(const QList<Row> &rows, RuleSet rules)
         if (const auto m = numPrefixed().match(row.text))
             best.offer(m->captured(row.text, 1), 0.72, row.box(m->range(1)));
         offerStacked(rows, i, rules, best);
+        if (rules == RuleSet::Full) {
+            for (const TextLine &line : row.lines) {
+                const auto m = markedNumber().match(line.text);
+                if (m && hasDigit(m->captured(line.text, 1)) &&
+                    !Patterns::dateOnly().contains(m->captured(line.text, 1)))
+                    best.offer(m->captured(line.text, 1), 0.6, PageBox{line.page, line.rect});
+            }
+        }
         if (const auto m = hashNumber().match(row.text))
             best.offer(m->captured(row.text, 1), 0.45, row.box(m->range(1)));
     }

@@ -71,3 +71,47 @@ TEST(Extract, ReconcilesAWholeInvoice)
 }
 
 } // namespace
+
+// The full rules keep the base rules' reading of English documents: every field and item of these
+// examples, value and confidence, is the same under both.
+TEST(Extract, FullRulesKeepEnglishExamples)
+{
+    // clang-format off
+    const QList<QStringList> documents{
+        {"Total  $1,234.56"}, {"Amount due", "€ 45.00"}, {"Subtotal  90.00", "Total  100.00"},
+        {"Total  12"}, {"Description  Qty  Price  Total", "Widget  2  5.00  10.00", "Total  10.00"},
+        {"Grand total  120.00", "Total  100.00"}, {"5.00", "120.00", "120.00", "7.50"},
+        {"Sales tax  1.50", "City tax  0.50"}, {"Sales tax  1.50", "City tax  0.50", "Total tax  2.00"},
+        {"VAT no. GB123456789  12.00", "Tax rate 8%  3.00"}, {"Subtotal  100.00", "Total  108.00"},
+        {"Subtotal  100.00", "Tax  8.00", "Total  108.00"}, {"Tax  8.00", "Total  108.00"},
+        {"Amount due USD 120.00", "$ 120.00"}, {"€ 2.00 € 1.00 $ 3.00 $ 4.00"},
+        {"Invoice No: INV-2024-001"}, {"Order # 12345"}, {"Reference ABC123"}, {"Invoice 12/03/2024"},
+        {"Invoice number", "A-10023 Due 2024-01-31"}, {"#4711"},
+        {"Invoice Date: 03/04/2024   Due Date: 04/04/2024"}, {"Invoice Date    Due Date", "03/04/2024   04/04/2024"},
+        {"Invoice date 2024-01-15", "Terms: Net 30"}, {"Date 2024-01-15", "Due on receipt"}, {"March 5", "5th Mar"},
+        {"Description  Qty  Price  Amount", "Widget  2  5.00  10.00", "Consulting  150.00", "Wax  3.00",
+         "Widget 2 pcs  10.00", "Subtotal  90.00", "Apples  1.50  4.50"},
+        {"3 x Coffee  7.50", "Invoice date  12.00", "Pears  2.00  4.90", "X  5.00"},
+        {"Acme Supplies Inc", "123 Main Street", "Springfield, IL 62704", "Vendor: Acme Supplies"},
+        {"INVOICE", "Bill To", "Page 1 of 2", "Bluepeak Cloud Services LLC", "billing@bluepeak.example"},
+    };
+    // clang-format on
+    for (const QStringList &texts : documents) {
+        QList<TextLine> lines;
+        for (qsizetype i = 0; i < texts.size(); ++i)
+            lines.append(RowFixtures::lineOf(texts[i], 0.1, 0.05 + 0.04 * double(i)));
+        const auto core = Extractor::extract(lines, {}, RuleSet::Core);
+        const auto full = Extractor::extract(lines, {}, RuleSet::Full);
+        for (qsizetype f = 0; f < core.fields.size(); ++f) {
+            EXPECT_EQ(full.fields[f].value, core.fields[f].value) << texts.join(" | ").toStdString();
+            EXPECT_DOUBLE_EQ(full.fields[f].confidence, core.fields[f].confidence)
+                << core.fields[f].key.toStdString() << ": " << texts.join(" | ").toStdString();
+        }
+        ASSERT_EQ(full.items.size(), core.items.size()) << texts.join(" | ").toStdString();
+        for (qsizetype i = 0; i < core.items.size(); ++i) {
+            EXPECT_EQ(full.items[i].description, core.items[i].description);
+            EXPECT_EQ(full.items[i].amount, core.items[i].amount);
+            EXPECT_EQ(full.items[i].quantity, core.items[i].quantity);
+        }
+    }
+}
