@@ -8,10 +8,24 @@
 
 namespace Extractor {
 
+namespace {
+
+// A number followed by a percent sign is a rate, not an amount ("zzgl. 19,00% MwSt.").
+bool isRate(const QString &text, qsizetype end)
+{
+    while (end < text.size() && text[end] == u' ')
+        ++end;
+    return end < text.size() && (text[end] == u'%' || text[end] == QChar(0xFF05));
+}
+
+} // namespace
+
 QList<Amount> amountCandidates(const QString &text, RuleSet rules)
 {
     QList<Amount> amounts;
     for (const Regex::Match &m : Patterns::moneyRx(rules).matchAll(text)) {
+        if (rules == RuleSet::Full && isRate(text, m.range().end()))
+            continue;
         QString matched = m.captured(text);
         if (rules == RuleSet::Full) // blanks between groups of digits ("1 234,56")
             matched.remove(u' ').remove(QChar(0xA0)).remove(QChar(0x202F));

@@ -16,6 +16,27 @@ namespace Extractor {
 
 namespace {
 
+// In a row of label and amount pairs ("Excl. VAT  593,36  Subtotal  717,97") the full rules take the
+// amount that follows the subtotal label rather than the row's last one.
+std::optional<Amount> pairedAmount(const Scan &scan, qsizetype i)
+{
+    const QList<Amount> &amounts = scan.amounts[i];
+    if (scan.rules != RuleSet::Full || amounts.size() < 2)
+        return std::nullopt;
+    const auto label = Patterns::subtotalRx(scan.rules).match(scan.rows[i].text);
+    for (qsizetype a = 0; label && a + 1 < amounts.size(); ++a) {
+        if (amounts[a].range.loc < label->range().end())
+            continue;
+        // Only where letters (another label) stand between this amount and the next.
+        const qsizetype from = amounts[a].range.end();
+        const QString between = scan.rows[i].text.mid(from, amounts[a + 1].range.loc - from);
+        if (std::count_if(between.begin(), between.end(), [](QChar c) { return c.isLetter(); }) >= 2)
+            return amounts[a];
+        return std::nullopt;
+    }
+    return std::nullopt;
+}
+
 // The first subtotal-labelled row that yields an amount wins.
 Field findSubtotal(const Scan &scan)
 {
@@ -35,6 +56,12 @@ Field findSubtotal(const Scan &scan)
                     return field;
                 }
             }
+        }
+        if (const auto own = pairedAmount(scan, i)) {
+            field.value = Money::fixed2(own->value);
+            field.confidence = 0.88;
+            field.box = scan.rows[i].box(own->range);
+            break;
         }
         if (const auto near = amountNear(scan, i)) {
             field.value = Money::fixed2(near->value);

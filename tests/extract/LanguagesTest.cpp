@@ -132,6 +132,11 @@ TEST(Languages, FormsBesideTheWords)
                              {"Gesamtbetrag", "226,00"}});
     EXPECT_EQ(value(rates, "tax"), QStringLiteral("26.00"));
     EXPECT_EQ(value(full({{"Total taxes", "3.50"}}), "tax"), QStringLiteral("3.50"));
+    // A rate is no amount; in a row of label and amount pairs the subtotal takes its own amount.
+    EXPECT_EQ(value(full({{"Nettobetrag (zzgl. 19,00% MwSt.)", "376,37"}}), "subtotal"),
+              QStringLiteral("376.37"));
+    EXPECT_EQ(value(full({{"Exclusief BTW", "€ 593,36", "Subtotaal", "€ 717,97"}}), "subtotal"),
+              QStringLiteral("593.36"));
     // The gross total wins over what is left to pay after a prepayment.
     EXPECT_EQ(
         value(full({{"Gesamtbetrag", "119,00"}, {"Anzahlung", "50,00"}, {"Zahlbetrag", "69,00"}}), "total"),
