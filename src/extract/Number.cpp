@@ -11,7 +11,8 @@ namespace Extractor {
 namespace {
 
 // The separator class holds ":", "#", ".", "-" and an en dash. The full rules add the vocabularies'
-// labels and number words, a short note in brackets before the number word ("Rechnung (Kopie) Nr. 12")
+// labels and number words, a short code in brackets (after up to two words) before the number word
+// ("Rechnung (Kopie) Nr. 12", "Teilrechnung Bau (875) Nr. 210112")
 // and two separators ("No : # 123").
 const Regex &numLabel(RuleSet rules)
 {
@@ -23,7 +24,7 @@ const Regex &numLabel(RuleSet rules)
             R"(]?\s*([A-Z0-9][A-Z0-9\-/_.]{2,24}))"),
         QStringLiteral(
             R"((\b(?:invoice|receipt|inv(?=[\s#.:])|bill|order|ref(?:erence)?|document|doc|confirmation|)"
-            R"(transaction|ticket|form){number.invoice}{number.order}{number.other})\s*(?:\([^()]{1,12}\)\s*)?)"
+            R"(transaction|ticket|form){number.invoice}{number.order}{number.other})\s*(?:(?:\p{L}{2,20}\s+){0,2}\([^()]{1,12}\)\s*)?)"
             R"((?:(?:no|num|number|nr|id)\b\.?|#{number.word})?)"
             R"((?:\s*[:#.\-)"
             "\u2013"

@@ -102,6 +102,12 @@ TEST(Languages, FormsBesideTheWords)
 
     EXPECT_EQ(value(full({{"Invoice No : # 12345"}}), "number"), QStringLiteral("12345"));
     EXPECT_EQ(value(full({{"Beleg-Nr. 4711-A"}}), "number"), QStringLiteral("4711-A"));
+    // The date given with the invoice number is the issue date; a letter's "Ort, den …" too.
+    const auto titled = full({{"Gedruckt 01.02.2025"}, {"Gutschrift Lager (381) Nr. 5501 vom 14.02.2025"}});
+    EXPECT_EQ(value(titled, "number"), QStringLiteral("5501"));
+    EXPECT_EQ(value(titled, "date"), QStringLiteral("2025-02-14"));
+    EXPECT_EQ(value(full({{"Stand 02.01.2025"}, {"Berlin, den 15.03.2024"}}), "date"),
+              QStringLiteral("2024-03-15"));
 
     const auto terms = full({{"Rechnungsdatum 15.03.2024"}, {"Zahlbar innerhalb von 14 Tagen netto"}});
     EXPECT_EQ(value(terms, "dueDate"), QStringLiteral("2024-03-29"));
