@@ -242,7 +242,10 @@ QList<LineItem> findLineItems(const Scan &scan)
     for (qsizetype i = start; i < rows.size(); ++i) {
         const Row &row = rows[i];
         if (isSummary(row, scan.rules)) {
-            if (hasHeader)
+            // The full rules let a header's second line ("MwSt." under "Preis") pass: a summary row
+            // ends the table once it carries an amount or items were found.
+            const bool ends = scan.rules == RuleSet::Core || !items.isEmpty() || !scan.amounts[i].isEmpty();
+            if (hasHeader && ends)
                 break;
             continue;
         }
