@@ -122,6 +122,9 @@ bool isSummary(const Row &row, RuleSet rules)
         return false;
     if (summaryRow(rules).contains(row.text))
         return true;
+    // The full rules also end the table at a subtotal in any wording ("Net amount", "Nettobetrag").
+    if (rules == RuleSet::Full && Patterns::subtotalRx(rules).contains(row.text))
+        return true;
     return std::any_of(row.lines.begin(), row.lines.end(),
                        [rules](const TextLine &line) { return summaryRow(rules).contains(line.text); });
 }
@@ -156,6 +159,9 @@ std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool ha
     const double A = amounts.last().value;
     QString head = row.text.left(amounts.first().range.loc).trimmed();
 
+    // A "key: value" line ("Bruttopreis: 127,60") under an item is a detail of it, not another item.
+    if (rules == RuleSet::Full && head.endsWith(u':'))
+        return std::nullopt;
     std::optional<double> quantity = leadingQuantity(row, amounts, head, rules);
     QString description = head;
     bool quantityFromTail = false;

@@ -121,6 +121,15 @@ TEST(Languages, FormsBesideTheWords)
     EXPECT_EQ(leading.items[0].quantity, QStringLiteral("1"));
     EXPECT_EQ(leading.items[0].description, QStringLiteral("Beratung"));
 
+    // A detail line in "key: value" form is no item; a subtotal in any wording ends the table.
+    const auto details = full({{"Bezeichnung", "Menge", "Preis", "Betrag"},
+                               {"Akkuschrauber", "1", "89,00", "89,00"},
+                               {"Listenpreis :", "99,00"},
+                               {"Net amount", "89,00"},
+                               {"Versandkosten extra", "4,90"}});
+    ASSERT_EQ(details.items.size(), 1);
+    EXPECT_EQ(details.items[0].amount, QStringLiteral("89.00"));
+
     const auto columns = full({{"Total HT", "Total TVA", "Total TTC"}, {"100,00", "20,00", "120,00"}});
     EXPECT_EQ(value(columns, "subtotal"), QStringLiteral("100.00"));
     EXPECT_EQ(value(columns, "tax"), QStringLiteral("20.00"));
