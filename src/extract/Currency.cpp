@@ -56,8 +56,9 @@ const Regex &fullCodeRx()
     return rx;
 }
 
-// How strongly a mark names the currency; a stronger kind wins whatever the counts.
-enum class Strength { LegalForm = 1, LoneDollar = 2, Local = 3, Code = 4 };
+// How strongly a mark names the currency; a stronger kind wins whatever the counts. A lone $ or kr
+// names a dozen currencies, a legal form found in one country only names one.
+enum class Strength { LoneMark = 1, LegalForm = 2, Local = 3, Code = 4 };
 
 // A currency mark written next to an amount, before ("RM 12.50", "S$4", "€ 3") or after it ("12,50 zł",
 // "95 kr"), or as a column's unit in brackets ("Amount (RM)"). Letters around it are not allowed, so a
@@ -127,8 +128,8 @@ struct Evidence {
     PageBox box;
 };
 
-// Full rules: printed codes, then local symbols beside amounts, then a lone dollar, then the seller's
-// legal form; counts decide within one strength, the first seen on a tie.
+// Full rules: printed codes, then local symbols beside amounts, then the seller's legal form, then a
+// lone dollar or crown; counts decide within one strength, the first seen on a tie.
 std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &locale)
 {
     QList<Evidence> found;
@@ -139,7 +140,7 @@ std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &lo
             const int group = m.has(1) ? 1 : 2;
             const QString mark = m.captured(row.text, group);
             const bool lone = mark == QLatin1String("$") || mark == QLatin1String("kr");
-            found.append(Evidence{codeOfMark(mark, locale), lone ? Strength::LoneDollar : Strength::Local,
+            found.append(Evidence{codeOfMark(mark, locale), lone ? Strength::LoneMark : Strength::Local,
                                   row.box(m.range(group))});
         }
         for (const Regex::Match &m : legalFormRx().matchAll(row.text)) {
@@ -173,10 +174,10 @@ std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &lo
     case Strength::Local:
         field.confidence = 0.8;
         break;
-    case Strength::LoneDollar:
-        field.confidence = 0.55;
-        break;
     case Strength::LegalForm:
+        field.confidence = 0.6;
+        break;
+    case Strength::LoneMark:
         field.confidence = 0.5;
         break;
     }

@@ -11,9 +11,9 @@ namespace Extractor {
 /// frequent symbol (€, £, ¥, $ in that order of precedence).
 ///
 /// The full rules also read local symbols written next to an amount (RM, Rs, ₹, S$, A$, CHF, zł, and
-/// kr as `locale`'s crown), take a lone $ as weak evidence that any other mark beats (and as `locale`'s
-/// own dollar where that is a dollar), then the seller's legal form where it belongs to one country
-/// (Sdn Bhd: MYR), and fill in `locale`'s currency at 0.3 for amounts without any mark.
+/// kr as `locale`'s crown), then the seller's legal form where it belongs to one country (Sdn Bhd:
+/// MYR), then a lone $ as weak evidence (`locale`'s own dollar where that is a dollar, else USD), and
+/// fill in `locale`'s currency at 0.3 for amounts without any mark.
 Field findCurrency(const QList<Row> &rows, RuleSet rules = RuleSet::Core,
                    const QLocale &locale = Money::userLocale());
 
