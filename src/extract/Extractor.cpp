@@ -9,6 +9,7 @@
 #include "Patterns.h"
 #include "Rows.h"
 #include "Tax.h"
+#include "TotalCheck.h"
 #include "Vendor.h"
 #include "model/Money.h"
 
@@ -48,6 +49,8 @@ Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom
     Field tax = findTax(scan);
     Field total = findTotal(scan);
     QList<LineItem> items = findLineItems(scan);
+    if (rules == RuleSet::Full)
+        checkTotal(scan, subtotal, tax, items, total);
     reconcile(subtotal, tax, total, items);
 
     Result result;
