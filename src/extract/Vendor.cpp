@@ -294,7 +294,7 @@ Field findVendor(const QList<TextLine> &lines, RuleSet rules)
         if (full && legalForm().contains(text))
             score += 1.0;
         if (full && orgAboveDivider && candidates[i].rect.top() > dividerTop)
-            score -= 4.0;
+            score -= 10.0;
         if (best < 0 || score > bestScore) {
             best = i;
             bestScore = score;
