@@ -1,7 +1,9 @@
 #include "Currency.h"
 
+#include "Patterns.h"
 #include "Regex.h"
 #include "Rows.h"
+#include "model/Money.h"
 
 #include <QHash>
 #include <array>
@@ -44,12 +46,163 @@ std::optional<PageBox> firstBox(const QString &token, const QList<Row> &rows)
     return std::nullopt;
 }
 
+// The full rules' codes: the base ones and those of the places the local symbols below belong to.
+const Regex &fullCodeRx()
+{
+    static const Regex rx(
+        QStringLiteral(R"(\b(USD|EUR|GBP|CAD|AUD|NZD|JPY|CHF|INR|CNY|MXN|SEK|NOK|DKK|SGD|HKD|)"
+                       R"(BRL|ZAR|MYR|PLN|IDR|THB|ISK|CZK|HUF)\b)"),
+        false);
+    return rx;
+}
+
+// How strongly a mark names the currency; a stronger kind wins whatever the counts. A lone $ or kr
+// names a dozen currencies, a legal form found in one country only names one.
+enum class Strength { LoneMark = 1, LegalForm = 2, Local = 3, Code = 4 };
+
+// A currency mark written next to an amount, before ("RM 12.50", "S$4", "€ 3") or after it ("12,50 zł",
+// "95 kr"), or as a column's unit in brackets ("Amount (RM)"). Letters around it are not allowed, so a
+// word holding "RM" or "kr" is no mark; case matters for the same reason. Two blanks may separate it
+// from the amount, as a row joins its cells with two.
+const Regex &markRx()
+{
+    static const Regex rx(
+        QStringLiteral(
+            R"((?<![\p{L}\d$])(RM|Rs\.?|₹|S\$|A\$|AU\$|C\$|CA\$|NZ\$|HK\$|US\$|CHF|zł|kr|€|£|¥|\$))"
+            R"((?:\s{0,2}(?=[-(]?\d)|(?=\)))|(?<=\d)\s{0,2}(zł|kr|€|RM|CHF)(?![\p{L}]))"),
+        false);
+    return rx;
+}
+
+// A seller's legal form that exists in one currency's country only.
+const Regex &legalFormRx()
+{
+    static const Regex rx(QStringLiteral(R"(\b(?:(sdn\.?\s*bhd|bhd)|(pte\.?\s*ltd)|(pvt\.?\s*ltd)|)"
+                                         R"((pty\.?\s*ltd)|(sp\.\s*z\s*o\.\s*o))\b)"));
+    return rx;
+}
+
+// The locale's currency when its symbol is a dollar (AUD in en_AU), else USD.
+QString dollarOf(const QLocale &locale)
+{
+    const QString own = locale.currencySymbol(QLocale::CurrencyIsoCode);
+    return locale.currencySymbol(QLocale::CurrencySymbol).contains(u'$') && !own.isEmpty()
+               ? own
+               : QStringLiteral("USD");
+}
+
+// "kr" is the crown of the Nordic locales; elsewhere the Swedish one, as the most used.
+QString crownOf(const QLocale &locale)
+{
+    const QString own = locale.currencySymbol(QLocale::CurrencyIsoCode);
+    for (const char *code : {"SEK", "NOK", "DKK", "ISK"}) {
+        if (own == QLatin1String(code))
+            return own;
+    }
+    return QStringLiteral("SEK");
+}
+
+QString codeOfMark(const QString &mark, const QLocale &locale)
+{
+    static const QHash<QString, QString> codes{
+        {QStringLiteral("RM"), QStringLiteral("MYR")},  {QStringLiteral("Rs"), QStringLiteral("INR")},
+        {QStringLiteral("Rs."), QStringLiteral("INR")}, {QStringLiteral("₹"), QStringLiteral("INR")},
+        {QStringLiteral("S$"), QStringLiteral("SGD")},  {QStringLiteral("A$"), QStringLiteral("AUD")},
+        {QStringLiteral("AU$"), QStringLiteral("AUD")}, {QStringLiteral("C$"), QStringLiteral("CAD")},
+        {QStringLiteral("CA$"), QStringLiteral("CAD")}, {QStringLiteral("NZ$"), QStringLiteral("NZD")},
+        {QStringLiteral("HK$"), QStringLiteral("HKD")}, {QStringLiteral("US$"), QStringLiteral("USD")},
+        {QStringLiteral("CHF"), QStringLiteral("CHF")}, {QStringLiteral("zł"), QStringLiteral("PLN")},
+        {QStringLiteral("€"), QStringLiteral("EUR")},   {QStringLiteral("£"), QStringLiteral("GBP")},
+        {QStringLiteral("¥"), QStringLiteral("JPY")},
+    };
+    if (mark == QLatin1String("$"))
+        return dollarOf(locale);
+    if (mark == QLatin1String("kr"))
+        return crownOf(locale);
+    return codes.value(mark);
+}
+
+struct Evidence {
+    QString code;
+    Strength strength;
+    PageBox box;
+};
+
+// Full rules: printed codes, then local symbols beside amounts, then the seller's legal form, then a
+// lone dollar or crown; counts decide within one strength, the first seen on a tie.
+std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &locale)
+{
+    QList<Evidence> found;
+    for (const Row &row : rows) {
+        for (const Regex::Match &m : fullCodeRx().matchAll(row.text))
+            found.append(Evidence{m.captured(row.text, 1), Strength::Code, row.box(m.range(1))});
+        for (const Regex::Match &m : markRx().matchAll(row.text)) {
+            const int group = m.has(1) ? 1 : 2;
+            const QString mark = m.captured(row.text, group);
+            const bool lone = mark == QLatin1String("$") || mark == QLatin1String("kr");
+            found.append(Evidence{codeOfMark(mark, locale), lone ? Strength::LoneMark : Strength::Local,
+                                  row.box(m.range(group))});
+        }
+        for (const Regex::Match &m : legalFormRx().matchAll(row.text)) {
+            static const std::array<const char *, 5> codes{"MYR", "SGD", "INR", "AUD", "PLN"};
+            for (int g = 1; g <= 5; ++g) {
+                if (m.has(g))
+                    found.append(Evidence{QString::fromLatin1(codes[g - 1]), Strength::LegalForm,
+                                          row.box(m.range(g))});
+            }
+        }
+    }
+    const Evidence *best = nullptr;
+    QHash<QString, int> counts;
+    for (const Evidence &e : found)
+        ++counts[e.code + QString::number(int(e.strength))];
+    for (const Evidence &e : found) {
+        if (!best || e.strength > best->strength ||
+            (e.strength == best->strength &&
+             counts.value(e.code + QString::number(int(e.strength))) >
+                 counts.value(best->code + QString::number(int(best->strength)))))
+            best = &e;
+    }
+    if (!best)
+        return std::nullopt;
+    Field field = emptyField(QStringLiteral("currency"), QStringLiteral("Currency"));
+    field.value = best->code;
+    switch (best->strength) {
+    case Strength::Code:
+        field.confidence = 0.9;
+        break;
+    case Strength::Local:
+        field.confidence = 0.8;
+        break;
+    case Strength::LegalForm:
+        field.confidence = 0.6;
+        break;
+    case Strength::LoneMark:
+        field.confidence = 0.5;
+        break;
+    }
+    field.box = best->box;
+    return field;
+}
+
 } // namespace
 
-Field findCurrency(const QList<Row> &rows, RuleSet /*rules*/)
+Field findCurrency(const QList<Row> &rows, RuleSet rules, const QLocale &locale)
 {
-    Field field = emptyField(QStringLiteral("currency"), QStringLiteral("Currency"));
     const QString doc = documentText(rows);
+    if (rules == RuleSet::Full) {
+        if (auto field = strongestEvidence(rows, locale))
+            return *field;
+        // Amounts without a mark: the user's own currency, as a guess to confirm.
+        Field field = emptyField(QStringLiteral("currency"), QStringLiteral("Currency"));
+        if (Patterns::moneyRx(rules).contains(doc)) {
+            field.value = locale.currencySymbol(QLocale::CurrencyIsoCode);
+            field.confidence = field.value.isEmpty() ? 0 : 0.3;
+        }
+        return field;
+    }
+
+    Field field = emptyField(QStringLiteral("currency"), QStringLiteral("Currency"));
 
     // Codes, most frequent first; equal counts go to the code seen first in the document.
     QList<QString> order;

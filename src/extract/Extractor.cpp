@@ -9,6 +9,7 @@
 #include "Patterns.h"
 #include "Rows.h"
 #include "Tax.h"
+#include "TotalCheck.h"
 #include "Vendor.h"
 #include "model/Money.h"
 
@@ -98,6 +99,8 @@ Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom
     Field total = findTotal(scan);
     Field tax = findTax(scan, impliedTax(subtotal, total, rules));
     QList<LineItem> items = findLineItems(scan);
+    if (rules == RuleSet::Full)
+        checkTotal(scan, subtotal, tax, items, total);
     reconcile(subtotal, tax, total, items);
 
     Result result;

@@ -3,6 +3,8 @@
 #include "Vocabulary.h"
 #include "model/Money.h"
 
+#include <cmath>
+
 namespace Extractor {
 
 namespace {
@@ -60,56 +62,51 @@ double labelBase(const QString &text, RuleSet rules)
     return 0;
 }
 
-} // namespace
-
-Field findTotal(const Scan &scan)
+// Receipt rows that mention a total but do not hold the amount paid: a tax note ("GST @6% included in
+// total"), a count of stamps, a breakdown by tax rate ("Total 6% supplies"), and payment rows.
+const Regex &receiptNotTotal()
 {
-    Field field = emptyField(QStringLiteral("total"), QStringLiteral("Total"));
+    static const Regex rx(QStringLiteral(R"(included\s*in\s*(the\s*)?total|total\s*includes|total\s*stamp|)"
+                                         R"(total\s*\d{1,2}(\.\d+)?\s*%|\bchange\b|tender|^\W*cash\b)"));
+    return rx;
+}
 
-    // Phase 1: labelled totals; ties go to the later row (a receipt's last "Total" is the final one).
-    std::optional<NearAmount> best;
-    double bestConfidence = 0;
-    const auto offer = [&](const NearAmount &near, double confidence) {
-        if (!best || confidence >= bestConfidence) {
-            best = near;
-            bestConfidence = confidence;
-        }
-    };
-    for (qsizetype i = 0; i < scan.rows.size(); ++i) {
-        const QString &text = scan.rows[i].text;
-        if (isColumnLabelRow(scan, i)) {
-            // A row of column labels ("Total HT  TVA  Total TTC") over their amounts; a row where no
-            // label has one is read as any other.
-            bool found = false;
-            for (const TextLine &line : scan.rows[i].lines) {
-                const double base = labelBase(line.text, scan.rules);
-                const auto near = base > 0 ? amountBelow(scan, i, line) : std::nullopt;
-                if (near) {
-                    offer(*near, base - 0.1);
-                    found = true;
-                }
-            }
-            if (found)
-                continue;
-        }
-        if (scan.headerLike[i] && scan.amounts[i].isEmpty())
-            continue;
-        const double base = labelBase(text, scan.rules);
-        if (base == 0)
-            continue;
-        const auto near = amountNear(scan, i);
-        if (!near)
-            continue;
-        offer(*near, near->fromNextRow ? base - 0.15 : base);
-    }
-    if (best) {
-        field.value = Money::fixed2(best->value);
-        field.confidence = bestConfidence;
-        field.box = best->box;
-        return field;
-    }
+const Regex &roundingLabel()
+{
+    static const Regex rx(QStringLiteral(R"(\bround(ing|ed)?\b)"));
+    return rx;
+}
 
-    // Phase 2: the grand total is usually the largest amount on the page.
+const Regex &roundedTotal()
+{
+    static const Regex rx(
+        QStringLiteral(R"(rounded\s*total|total\s*(after\s*)?round(ed|ing)|round(ed|ing)\s*total)"));
+    return rx;
+}
+
+// A rounding row holding less than this is the adjustment; a larger amount is the rounded total.
+constexpr double largestAdjustment = 1.0;
+
+// A summary table's total row prints the net amount and then the smaller tax ("Total 22.50 1.35").
+bool isSummaryRow(const QList<Amount> &amounts)
+{
+    return amounts.size() >= 2 && amounts.last().value < amounts.first().value;
+}
+
+// The index of the strongest candidate, the later one on equal confidence; -1 for none.
+qsizetype strongest(const QList<TotalCandidate> &candidates)
+{
+    qsizetype best = -1;
+    for (qsizetype i = 0; i < candidates.size(); ++i) {
+        if (best < 0 || candidates[i].confidence >= candidates[best].confidence)
+            best = i;
+    }
+    return best;
+}
+
+// Phase 2: the grand total is usually the largest amount on the page.
+Field largestAmount(const Scan &scan, Field field)
+{
     const Amount *largest = nullptr;
     qsizetype largestRow = -1;
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
@@ -126,6 +123,109 @@ Field findTotal(const Scan &scan)
         field.box = scan.rows[largestRow].box(largest->range);
     }
     return field;
+}
+
+} // namespace
+
+QList<TotalCandidate> totalCandidates(const Scan &scan)
+{
+    QList<TotalCandidate> candidates;
+    qsizetype best = -1;
+    for (qsizetype i = 0; i < scan.rows.size(); ++i) {
+        const QString &text = scan.rows[i].text;
+        if (isColumnLabelRow(scan, i)) {
+            // A row of column labels ("Total HT  TVA  Total TTC") over their amounts; a row where no
+            // label has one is read as any other.
+            const qsizetype before = candidates.size();
+            for (const TextLine &line : scan.rows[i].lines) {
+                const double base =
+                    receiptNotTotal().contains(line.text) ? 0 : labelBase(line.text, scan.rules);
+                if (const auto near = base > 0 ? amountBelow(scan, i, line) : std::nullopt)
+                    candidates.append(TotalCandidate{near->value, base - 0.1, near->box, i});
+            }
+            for (qsizetype c = before; c < candidates.size(); ++c) {
+                if (best < 0 || candidates[c].confidence >= candidates[best].confidence)
+                    best = c;
+            }
+            if (candidates.size() > before)
+                continue;
+        }
+        if (!mayHoldTotalLabel(text, scan.rules) || notTotal(scan.rules).contains(text) ||
+            receiptNotTotal().contains(text))
+            continue;
+        if (scan.headerLike[i] && scan.amounts[i].isEmpty())
+            continue;
+        const bool rounding = roundingLabel().contains(text);
+        double base = 0;
+        if (strongTotal(scan.rules).contains(text) || roundedTotal().contains(text))
+            base = 0.92;
+        else if (amountPayable(scan.rules).contains(text))
+            base = 0.86;
+        else if (plainTotal(scan.rules).contains(text) || rounding)
+            base = 0.8;
+        else
+            continue;
+        if (base == 0.8 && !rounding && isSummaryRow(scan.amounts[i]))
+            continue;
+        const auto near = amountNear(scan, i);
+        if (!near || near->value == 0)
+            continue;
+        const double confidence = near->fromNextRow ? base - 0.15 : base;
+        // A rounding adjustment makes the total before it the amount paid once added.
+        if (rounding && !roundedTotal().contains(text) && std::abs(near->value) < largestAdjustment) {
+            if (best >= 0)
+                candidates.append(TotalCandidate{candidates[best].value + near->value,
+                                                 candidates[best].confidence, near->box, i});
+        } else {
+            candidates.append(TotalCandidate{near->value, confidence, near->box, i});
+        }
+        if (!candidates.isEmpty() &&
+            (best < 0 || candidates.last().confidence >= candidates[best].confidence))
+            best = candidates.size() - 1;
+    }
+    return candidates;
+}
+
+Field findTotal(const Scan &scan)
+{
+    Field field = emptyField(QStringLiteral("total"), QStringLiteral("Total"));
+    if (scan.rules == RuleSet::Full) {
+        const QList<TotalCandidate> candidates = totalCandidates(scan);
+        if (const qsizetype best = strongest(candidates); best >= 0) {
+            field.value = Money::fixed2(candidates[best].value);
+            field.confidence = candidates[best].confidence;
+            field.box = candidates[best].box;
+            return field;
+        }
+        return largestAmount(scan, field);
+    }
+
+    // Phase 1: labelled totals; ties go to the later row (a receipt's last "Total" is the final one).
+    std::optional<NearAmount> best;
+    double bestConfidence = 0;
+    for (qsizetype i = 0; i < scan.rows.size(); ++i) {
+        if (scan.headerLike[i] && scan.amounts[i].isEmpty())
+            continue;
+        const double base = labelBase(scan.rows[i].text, scan.rules);
+        if (base == 0)
+            continue;
+        const auto near = amountNear(scan, i);
+        if (!near)
+            continue;
+        const double confidence = near->fromNextRow ? base - 0.15 : base;
+        if (!best || confidence >= bestConfidence) {
+            best = near;
+            bestConfidence = confidence;
+        }
+    }
+    if (best) {
+        field.value = Money::fixed2(best->value);
+        field.confidence = bestConfidence;
+        field.box = best->box;
+        return field;
+    }
+
+    return largestAmount(scan, field);
 }
 
 } // namespace Extractor

@@ -101,6 +101,62 @@ bool mayBeLabel(const QString &text, RuleSet rules)
                                        W("bill"), W("remit"), W("from")});
 }
 
+// Registration and tax-number lines name the company's number, never the company: "Co. Reg: 123-X",
+// "GST ID: 0012", "USt-IdNr.", "SIRET", "KvK", or a bracketed registration number alone ("(123456-X)").
+const Regex &registrationLine()
+{
+    static const Regex rx(QStringLiteral(
+        R"(\b(co\.?\s*reg|company\s*(reg|no\b)|reg(istration|n)?\.?\s*(no|number)\b|br\s*no\b|roc\s*no\b|)"
+        R"((gst|sst|vat|tax)\s*(id|no|reg)\b|ust\.?\s*-?\s*id|siret|siren|kvk\b|uen\b|abn\b)|)"
+        R"(^\W*\(?\s*\d[\d\s-]{4,}\s*-?\s*[a-z]?\s*\)?\W*$)"));
+    return rx;
+}
+
+// The legal forms that end a company's name, written together or across a wrapped line ("… SDN BHD").
+const Regex &legalForm()
+{
+    static const Regex rx(QStringLiteral(
+        R"((?<![\w/])(sdn\.?\s*bhd|bhd|s/b|pte\.?\s*ltd|pvt\.?\s*ltd|pty\.?\s*ltd|ltd|limited|llc|llp|inc|plc|)"
+        R"(gmbh|ag|kg|sarl|sas|s\.a\.?|b\.\s*v|n\.\s*v|s\.\s*l|s\.\s*p\.\s*a|s\.\s*r\.\s*l|corp|)"
+        R"(corporation)\b\.?)"));
+    return rx;
+}
+
+// A document title or an addressee heading: the customer's details may follow it, the seller's come
+// before it.
+const Regex &divider()
+{
+    static const Regex rx(QStringLiteral(
+        R"(^\W*((simplified\s+)?tax\s+invoice|invoice|bill\s*to|sold\s*to|ship\s*to|deliver(y|ed)?\s*to|)"
+        R"(customer)\b)"));
+    return rx;
+}
+
+// A name wrapped over lines: the next lines directly below, as tall, until one holds the legal form
+// that ends the name (at most two more lines).
+TextLine joinWrapped(const QList<TextLine> &page, qsizetype at)
+{
+    TextLine joined = page[at];
+    if (legalForm().contains(joined.text))
+        return joined;
+    const TextLine *last = &page[at];
+    for (qsizetype i = at + 1; i < page.size() && i <= at + 2; ++i) {
+        const TextLine &next = page[i];
+        const double h = last->rect.height();
+        const bool below =
+            next.rect.top() > last->rect.top() + 0.5 * h && next.rect.top() - last->rect.bottom() < 0.8 * h;
+        const bool asTall = next.rect.height() > 0.65 * h && next.rect.height() < 1.5 * h;
+        if (!below || !asTall || registrationLine().contains(next.text) || Patterns::hasDigit(next.text))
+            return page[at];
+        joined.text += u' ' + next.text.trimmed();
+        joined.rect = unitedRect(joined.rect, next.rect);
+        if (legalForm().contains(next.text))
+            return joined;
+        last = &next;
+    }
+    return page[at];
+}
+
 constexpr int maxCandidates = 12;
 
 struct CharCounts {
@@ -220,16 +276,26 @@ Field findVendor(const QList<TextLine> &lines, RuleSet rules)
             return *named;
     }
 
+    const bool full = rules == RuleSet::Full;
     QList<TextLine> candidates;
-    for (const TextLine &line : firstPage) {
-        if (isCandidate(line, rules)) {
-            candidates.append(line);
+    double dividerTop = 2;
+    for (qsizetype i = 0; i < firstPage.size(); ++i) {
+        const TextLine &line = firstPage[i];
+        if (full && dividerTop > 1 && divider().contains(line.text))
+            dividerTop = line.rect.top();
+        if (isCandidate(line, rules) && !(full && registrationLine().contains(line.text))) {
+            candidates.append(full ? joinWrapped(firstPage, i) : line);
             if (candidates.size() == maxCandidates)
                 break;
         }
     }
     if (candidates.isEmpty())
         return field;
+    // The seller prints its name above the title or the addressee; an organisation below them is the
+    // customer when one stands above.
+    const bool orgAboveDivider = std::any_of(candidates.begin(), candidates.end(), [&](const TextLine &c) {
+        return c.rect.top() < dividerTop && (legalForm().contains(c.text) || looksLikeOrg(c.text));
+    });
 
     double maxH = 0;
     for (const TextLine &line : candidates)
@@ -247,6 +313,10 @@ Field findVendor(const QList<TextLine> &lines, RuleSet rules)
         // Lines without height (all zero) get no height bonus rather than a NaN confidence.
         if (maxH > 0)
             score += 2.0 * (candidates[i].rect.height() / maxH);
+        if (full && legalForm().contains(text))
+            score += 1.0;
+        if (full && orgAboveDivider && candidates[i].rect.top() > dividerTop)
+            score -= 10.0;
         if (best < 0 || score > bestScore) {
             best = i;
             bestScore = score;

@@ -59,4 +59,51 @@ TEST(Currency, BoxOnFirstOccurrence)
     EXPECT_EQ(Extractor::findCurrency(symbols).box, symbols[1].box(TextRange{7, 1}));
 }
 
+struct FullCase {
+    const char *name;
+    QStringList rows;
+    const char *locale;
+    const char *code;
+    double confidence;
+};
+
+void PrintTo(const FullCase &c, std::ostream *os)
+{
+    *os << c.name;
+}
+
+class FullCurrency : public testing::TestWithParam<FullCase> {};
+
+// Full rules: marks count beside an amount only; codes, then local symbols, then a one-country legal
+// form, then a lone $ or kr (read with the locale), then the locale's currency for unmarked amounts.
+TEST_P(FullCurrency, ReadsLocalMarks)
+{
+    const FullCase &c = GetParam();
+    const Field field =
+        Extractor::findCurrency(rowsOf(c.rows), RuleSet::Full, QLocale(QString::fromLatin1(c.locale)));
+    EXPECT_EQ(field.value, QString::fromUtf8(c.code));
+    EXPECT_DOUBLE_EQ(field.confidence, c.confidence);
+}
+
+const FullCase fullCases[] = {
+    {"RinggitBeforeAmount", {"Nasi lemak  RM4.50", "TOTAL RM  9.00"}, "en_GB", "MYR", 0.8},
+    {"RinggitColumnUnit", {"ITEM  AMOUNT (RM)", "Teh tarik  2.00"}, "en_GB", "MYR", 0.8},
+    {"RupeesAndSign", {"Masala dosa Rs. 120", "\u20B9 80.00"}, "en_GB", "INR", 0.8},
+    {"SingaporeDollar", {"Kopi S$1.80"}, "en_AU", "SGD", 0.8},
+    {"ZlotyAfterAmount", {"Razem 45,90 z\u0142"}, "en_GB", "PLN", 0.8},
+    {"CodeBeatsLocalSymbol", {"Total CHF 12.00", "RM 3.00"}, "en_GB", "CHF", 0.9},
+    {"LocalBeatsLoneDollar", {"$ 5.00", "$ 6.00", "Paid RM 11.00"}, "en_US", "MYR", 0.8},
+    {"DollarIsTheLocaleDollar", {"Flat white $4.50"}, "en_AU", "AUD", 0.5},
+    {"DollarElsewhereIsUsd", {"Flat white $4.50"}, "en_GB", "USD", 0.5},
+    {"CrownOfTheLocale", {"Summa 95 kr"}, "nb_NO", "NOK", 0.5},
+    {"CrownOutsideTheNordics", {"Summa 95 kr"}, "de_DE", "SEK", 0.5},
+    {"LegalFormBeatsDollar", {"KEDAI MAJU SDN BHD", "AMT $ 7.00"}, "en_GB", "MYR", 0.6},
+    {"MarkInsideWordsIgnored", {"FORM 12.00", "Ekran 3.00", "SIRM2"}, "en_GB", "GBP", 0.3},
+    {"SymbolWithoutAmountIgnored", {"\u00A3 & \u20AC", "Total 8.00"}, "fr_FR", "EUR", 0.3},
+    {"NoAmountNoGuess", {"Thank you"}, "en_GB", "", 0},
+};
+
+INSTANTIATE_TEST_SUITE_P(Table, FullCurrency, testing::ValuesIn(fullCases),
+                         [](const auto &info) { return std::string(info.param.name); });
+
 } // namespace

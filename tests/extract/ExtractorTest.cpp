@@ -72,8 +72,8 @@ TEST(Extract, ReconcilesAWholeInvoice)
 
 } // namespace
 
-// The full rules keep the base rules' reading of English documents: every field and item of these
-// examples, value and confidence, is the same under both.
+// The full rules keep the base rules' reading of English documents: every field but the currency and
+// every item of these examples, value and confidence, is the same under both.
 TEST(Extract, FullRulesKeepEnglishExamples)
 {
     // clang-format off
@@ -103,6 +103,10 @@ TEST(Extract, FullRulesKeepEnglishExamples)
         const auto core = Extractor::extract(lines, {}, RuleSet::Core);
         const auto full = Extractor::extract(lines, {}, RuleSet::Full);
         for (qsizetype f = 0; f < core.fields.size(); ++f) {
+            // Deliberately different: the full rules weigh a lone "$" lower and fill in the locale's
+            // currency where amounts carry no mark at all.
+            if (core.fields[f].key == QLatin1String("currency"))
+                continue;
             EXPECT_EQ(full.fields[f].value, core.fields[f].value) << texts.join(" | ").toStdString();
             EXPECT_DOUBLE_EQ(full.fields[f].confidence, core.fields[f].confidence)
                 << core.fields[f].key.toStdString() << ": " << texts.join(" | ").toStdString();

@@ -30,12 +30,12 @@ inline Row row(const QStringList &cells, double y, int page = 0, double h = 0.02
 }
 
 /// Rows from a list of cell lists, 0.03 apart vertically, scanned for amounts.
-inline Extractor::Scan scan(const QList<QStringList> &table)
+inline Extractor::Scan scan(const QList<QStringList> &table, RuleSet rules = RuleSet::Core)
 {
     QList<Row> rows;
     for (qsizetype i = 0; i < table.size(); ++i)
         rows.append(row(table[i], 0.1 + 0.03 * double(i)));
-    return Extractor::scanRows(rows);
+    return Extractor::scanRows(rows, rules);
 }
 
 /// One line as wide as its text at 0.01 per character, so that boxes are easy to predict.

@@ -104,4 +104,41 @@ TEST(FindTotalBox, OutlinesTheAmount)
     EXPECT_EQ(amounts[0].range, (TextRange{5, 5}));
 }
 
+class FullTotal : public ::testing::TestWithParam<TotalCase> {};
+
+// Full rules on receipts: tax notes, stamp counts, per-rate lines, payment rows and a summary table's
+// "net tax" row are no totals; rounded totals are, and a rounding adjustment is added to the total above.
+TEST_P(FullTotal, ReadsReceiptTotals)
+{
+    const TotalCase &c = GetParam();
+    const Field total = Extractor::findTotal(scan(c.rows, RuleSet::Full));
+    EXPECT_EQ(total.value.toStdString(), c.value);
+    EXPECT_DOUBLE_EQ(total.confidence, c.confidence);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Receipts, FullTotal,
+    ::testing::Values(
+        TotalCase{"SummaryRowSkipped",
+                  {{"Total", "31.80"}, {"Cash", "50.00"}, {"Total", "30.00", "1.80"}},
+                  "31.80",
+                  0.8},
+        TotalCase{"TaxNoteAndStamps",
+                  {{"Total", "21.20"}, {"VAT 6% included in total", "1.20"}, {"Total stamps: 3"}},
+                  "21.20",
+                  0.8},
+        TotalCase{"PerRateLines",
+                  {{"Total 6% goods", "40.00"}, {"Total 0% goods", "2.00"}, {"Total", "42.00"}},
+                  "42.00",
+                  0.8},
+        TotalCase{"PaymentRowsNever",
+                  {{"Total", "8.40"}, {"Cash total", "10.00"}, {"Change", "1.60"}},
+                  "8.40",
+                  0.8},
+        TotalCase{"AdjustmentAdded", {{"Grand total", "17.52"}, {"Rounding adj", "-0.02"}}, "17.50", 0.92},
+        TotalCase{"RoundedTotalIsStrong", {{"Total", "9.98"}, {"Rounded total", "10.00"}}, "10.00", 0.92},
+        TotalCase{"LargeRoundingRowIsTheTotal", {{"Total", "60.02"}, {"Rounding", "60.00"}}, "60.00", 0.8},
+        TotalCase{"ZeroTotalSkipped", {{"Total", "14.00"}, {"Total incl. tax", "0.00"}}, "14.00", 0.8}),
+    [](const auto &info) { return std::string(info.param.name); });
+
 } // namespace

@@ -137,4 +137,36 @@ TEST(Vendor, ZeroHeights)
     EXPECT_DOUBLE_EQ(field.confidence, 0.4);
 }
 
+struct FullVendorCase {
+    const char *name;
+    QStringList lines;
+    const char *vendor;
+};
+
+class FullVendor : public testing::TestWithParam<FullVendorCase> {};
+
+// Full rules: registration lines are never the vendor, a name wrapped down to its legal form is joined,
+// and the seller above a title or addressee heading beats a customer company below it.
+TEST_P(FullVendor, FindsTheSeller)
+{
+    const FullVendorCase &c = GetParam();
+    EXPECT_EQ(Extractor::findVendor(stack(c.lines), RuleSet::Full).value, QString::fromUtf8(c.vendor));
+}
+
+const FullVendorCase fullVendorCases[] = {
+    {"RegistrationLinesSkipped",
+     {"(CO. REG: 99821-K)", "USt-IdNr. DE123", "Kedai Runcit Maju", "(554433-W)"},
+     "Kedai Runcit Maju"},
+    {"WrappedNameJoined",
+     {"PERNIAGAAN BINTANG", "TIMUR SDN BHD", "12, Jalan Mawar"},
+     "PERNIAGAAN BINTANG TIMUR SDN BHD"},
+    {"NoJoinWithoutLegalForm", {"Toko Sinar", "Jalan Besar", "Phone 555"}, "Toko Sinar"},
+    {"SellerAboveTitle",
+     {"Roti Emas S/B", "TAX INVOICE", "BILL TO", "Kilang Besar Industries Bhd"},
+     "Roti Emas S/B"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Table, FullVendor, testing::ValuesIn(fullVendorCases),
+                         [](const auto &info) { return std::string(info.param.name); });
+
 } // namespace

@@ -1,0 +1,118 @@
+#include "TotalCheck.h"
+
+#include "Regex.h"
+#include "model/Money.h"
+
+#include <cmath>
+
+namespace Extractor {
+
+namespace {
+
+const Regex &cashLabel()
+{
+    static const Regex rx(QStringLiteral(
+        R"(^\W*(cash(\s*tendered)?|tendered|tender|amount\s*(paid|tendered)|paid|payment)\b)"));
+    return rx;
+}
+
+const Regex &changeLabel()
+{
+    static const Regex rx(QStringLiteral(R"(^\W*(change|balance\s*returned)\b)"));
+    return rx;
+}
+
+bool agree(double a, double b)
+{
+    return std::abs(a - b) < 0.011;
+}
+
+std::optional<double> valueOf(const Field &field)
+{
+    return field.value.isEmpty() ? std::nullopt : Money::parse(field.value);
+}
+
+// The last amount of the last row with the label, if any.
+std::optional<double> lastLabelled(const Scan &scan, const Regex &label, qsizetype *row = nullptr)
+{
+    for (qsizetype i = scan.rows.size() - 1; i >= 0; --i) {
+        if (!scan.amounts[i].isEmpty() && label.contains(scan.rows[i].text)) {
+            if (row)
+                *row = i;
+            return scan.amounts[i].last().value;
+        }
+    }
+    return std::nullopt;
+}
+
+// The values a total may be checked against, most trusted first.
+QList<double> checks(const Scan &scan, const Field &subtotal, const Field &tax, const QList<LineItem> &items)
+{
+    QList<double> out;
+    const auto cash = lastLabelled(scan, cashLabel());
+    const auto change = lastLabelled(scan, changeLabel());
+    if (cash && change && *cash > *change)
+        out.append(*cash - *change);
+    const auto s = valueOf(subtotal);
+    const auto t = valueOf(tax);
+    if (s && t)
+        out.append(*s + *t);
+    double sum = 0;
+    for (const LineItem &item : items)
+        sum += Money::parse(item.amount).value_or(0);
+    // Items are listed net where a tax is printed: their sum alone is then the subtotal.
+    if (sum > 0)
+        out.append(t ? sum + *t : sum);
+    return out;
+}
+
+void set(Field &total, double value, double confidence, const PageBox &box)
+{
+    total.value = Money::fixed2(value);
+    total.confidence = confidence;
+    total.box = box;
+}
+
+} // namespace
+
+void checkTotal(const Scan &scan, const Field &subtotal, const Field &tax, const QList<LineItem> &items,
+                Field &total)
+{
+    const QList<double> targets = checks(scan, subtotal, tax, items);
+    if (targets.isEmpty())
+        return;
+    const QList<TotalCandidate> candidates = totalCandidates(scan);
+    for (const double target : targets) {
+        const TotalCandidate *best = nullptr;
+        for (const TotalCandidate &c : candidates) {
+            if (agree(c.value, target) && (!best || c.confidence >= best->confidence))
+                best = &c;
+        }
+        if (best) {
+            set(total, best->value, std::max(best->confidence, 0.9), best->box);
+            return;
+        }
+    }
+    if (candidates.isEmpty()) {
+        // Cash minus change printed as an amount of its own (a subtotal, an unlabelled line) is what
+        // was paid.
+        const auto cash = lastLabelled(scan, cashLabel());
+        const auto change = lastLabelled(scan, changeLabel());
+        if (cash && change && agree(*cash - *change, targets.first())) {
+            for (qsizetype i = 0; i < scan.rows.size(); ++i) {
+                if (cashLabel().contains(scan.rows[i].text) || changeLabel().contains(scan.rows[i].text))
+                    continue;
+                for (const Amount &a : scan.amounts[i]) {
+                    if (agree(a.value, targets.first())) {
+                        set(total, a.value, 0.75, scan.rows[i].box(a.range));
+                        return;
+                    }
+                }
+            }
+        }
+    }
+    if (!total.value.isEmpty())
+        total.confidence = std::min(total.confidence, 0.6);
+}
+
+} // namespace Extractor
