@@ -1,11 +1,14 @@
 // tabrix-cli PATH...: read every document, treat each ready one as approved, write one export.
+#include "BatchNotices.h"
 #include "Commands.h"
+#include "StandardOutput.h"
 
 #include "export/Csv.h"
 #include "export/JsonExport.h"
 #include "export/SaveFile.h"
 #include "export/Table.h"
 #include "export/Xlsx.h"
+#include "intake/NativeNames.h"
 #include "intake/SupportedFiles.h"
 #include "model/CustomFieldCodec.h"
 #include "store/Processing.h"
@@ -24,14 +27,15 @@
 
 namespace {
 
-/// The files to read, as found, each named once (by its cleaned absolute path), in queue order.
-QStringList queue(const QStringList &paths)
+/// The files to read and the paths that cannot be, as found, each named once (by its cleaned absolute
+/// path), in queue order.
+QList<Pipeline::Found> queue(const QStringList &paths)
 {
-    QStringList files;
+    QList<Pipeline::Found> files;
     QSet<QString> seen;
-    for (const QString &file : Pipeline::expand(paths)) {
-        if (!seen.contains(Pipeline::standardPath(file))) {
-            seen.insert(Pipeline::standardPath(file));
+    for (const Pipeline::Found &file : Pipeline::expandReporting(paths)) {
+        if (!seen.contains(Pipeline::standardPath(file.path))) {
+            seen.insert(Pipeline::standardPath(file.path));
             files.append(file);
         }
     }
@@ -39,30 +43,38 @@ QStringList queue(const QStringList &paths)
 }
 
 /// The definitions given with --custom-fields, or else the user's saved ones (never written here).
-std::optional<QList<CustomFieldDef>> customFields(const QString &given)
+Expected<QList<CustomFieldDef>> customFields(const QString &given)
 {
-    QFile file(given.isEmpty() ? Store::customFieldsPath(Store::defaultDataFolder()) : given);
-    if (!file.open(QIODevice::ReadOnly))
-        return given.isEmpty() ? std::optional(QList<CustomFieldDef>{}) : std::nullopt;
-    const auto defs = CustomFieldCodec::decode(file.readAll());
-    if (!defs && given.isEmpty())
-        return QList<CustomFieldDef>{}; // a damaged saved file means no definitions, as in the app
-    return defs;
+    if (given.isEmpty()) {
+        // A missing or damaged saved file means no definitions, as in the app.
+        const auto saved = CustomFieldCodec::readFile(Store::customFieldsPath(Store::defaultDataFolder()));
+        return std::holds_alternative<TabrixError>(saved) ? QList<CustomFieldDef>{} : saved;
+    }
+    return CustomFieldCodec::readFile(given);
 }
 
 /// Progress on standard error: a live bar on a terminal, one line per finished document otherwise.
 class Progress {
 public:
-    Progress(qsizetype total, bool quiet) : m_total(total), m_quiet(quiet), m_live(isatty(fileno(stderr))) {}
+    Progress(qsizetype total, bool quiet, const QList<CustomFieldDef> &defs)
+        : m_total(total), m_quiet(quiet), m_live(isatty(fileno(stderr))), m_notices(defs, quiet)
+    {
+    }
 
     void finished(const QString &path, const Expected<Processing::Loaded> &result)
     {
         ++m_done;
         if (const auto *error = std::get_if<TabrixError>(&result)) {
             clearBar();
-            printError(path + QStringLiteral(": Failed: ") + error->message);
-        } else if (!m_quiet && !m_live) {
-            printError(QStringLiteral("[%1/%2] %3: Ready for review").arg(m_done).arg(m_total).arg(path));
+            printError(Pipeline::displayName(path) + QStringLiteral(": Failed: ") + error->message);
+        } else {
+            clearBar();
+            m_notices.read(path, std::get<Processing::Loaded>(result));
+            if (!m_quiet && !m_live)
+                printError(QStringLiteral("[%1/%2] %3: Ready for review")
+                               .arg(m_done)
+                               .arg(m_total)
+                               .arg(Pipeline::displayName(path)));
         }
         if (!m_quiet && m_live)
             drawBar(path);
@@ -94,12 +106,14 @@ private:
     bool m_quiet;
     bool m_live;
     bool m_barShown = false;
+    BatchNotices m_notices;
 };
 
 /// Reads every file, `jobs` at once, and returns the results in queue order. Each task writes only its
 /// own slot; completions come back to this thread through queued calls.
-QList<Expected<Processing::Loaded>> readAll(const QStringList &files, const QList<CustomFieldDef> &defs,
-                                            int jobs, RuleSet rules, Progress &progress)
+QList<Expected<Processing::Loaded>> readAll(const QList<Pipeline::Found> &files,
+                                            const QList<CustomFieldDef> &defs, int jobs, RuleSet rules,
+                                            Progress &progress)
 {
     QList<Expected<Processing::Loaded>> results(files.size(), TabrixError{});
     if (files.isEmpty())
@@ -118,14 +132,16 @@ QList<Expected<Processing::Loaded>> readAll(const QStringList &files, const QLis
     qsizetype finished = 0;
     for (qsizetype i = 0; i < files.size(); ++i) {
         pool.start([&, i] {
-            auto result = Processing::run(files[i], defs, {}, loader, rules);
+            auto result = files[i].error.isEmpty()
+                              ? Processing::run(files[i].path, defs, {}, loader, rules)
+                              : Expected<Processing::Loaded>(TabrixError{files[i].error});
             if (auto *loaded = std::get_if<Processing::Loaded>(&result))
                 loaded->pages.clear(); // nothing here looks at pages; keep memory flat
             QMetaObject::invokeMethod(
                 &receiver,
                 [&, i, result = std::move(result)]() mutable {
                     results[i] = std::move(result);
-                    progress.finished(files[i], results[i]);
+                    progress.finished(files[i].path, results[i]);
                     if (++finished == files.size())
                         loop.quit();
                 },
@@ -155,19 +171,20 @@ Expected<QByteArray> exportBytes(const BatchOptions &options, const QList<const 
 
 int runBatch(const BatchOptions &options)
 {
-    const auto defs = customFields(options.customFields);
-    if (!defs) {
-        printError(CustomFieldCodec::notAFileMessage());
+    const auto read = customFields(options.customFields);
+    if (const auto *error = std::get_if<TabrixError>(&read)) {
+        printError(error->message);
         return 1;
     }
-    const QStringList files = queue(options.paths);
+    const auto *defs = &std::get<QList<CustomFieldDef>>(read);
+    const QList<Pipeline::Found> files = queue(options.paths);
     if (files.isEmpty()) {
         printError(Pipeline::noSupportedFilesMessage());
         return 1;
     }
 
     const int jobs = options.jobs > 0 ? options.jobs : std::max(1, QThread::idealThreadCount());
-    Progress progress(files.size(), options.quiet);
+    Progress progress(files.size(), options.quiet, *defs);
     const auto results = readAll(files, *defs, jobs, options.rules, progress);
 
     std::vector<std::unique_ptr<DocItem>> ready;
@@ -178,7 +195,7 @@ int runBatch(const BatchOptions &options)
             anyFailed = true;
             continue;
         }
-        auto doc = std::make_unique<DocItem>(QFileInfo(files[i]).absoluteFilePath());
+        auto doc = std::make_unique<DocItem>(QFileInfo(files[i].path).absoluteFilePath());
         doc->setFields(loaded->extraction.fields);
         doc->setItems(loaded->extraction.items);
         doc->setStatus(DocStatus::Ready);
@@ -196,10 +213,11 @@ int runBatch(const BatchOptions &options)
     }
     const QByteArray &bytes = std::get<QByteArray>(exported);
     if (options.output.isEmpty()) {
-        std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
-        if (options.format == QLatin1String("json"))
-            std::fputc('\n', stdout);
-        std::fflush(stdout);
+        if (const auto failure =
+                writeStandardOutput(options.format == QLatin1String("json") ? bytes + '\n' : bytes)) {
+            printError(QStringLiteral("tabrix-cli: Export failed: ") + failure->message);
+            return 1;
+        }
     } else if (const auto failure = Exporter::saveFile(options.output, bytes)) {
         printError(QStringLiteral("tabrix-cli: Export failed: ") + failure->message);
         return 1;

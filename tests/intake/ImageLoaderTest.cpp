@@ -132,14 +132,17 @@ TEST_F(ImageLoader, FailuresAndMislabelledFiles)
         file.write(bytes);
     }
     QFile::remove(path("deleted.png"));
-    for (const auto &[name, expected] : {std::pair{"corrupt.png", "Can't open image"},
-                                         {"corrupt.tiff", "Can't open image"},
-                                         {"corrupt.heic", "Can't open image"},
-                                         {"deleted.png", "Can't open image"},
+    ASSERT_TRUE(Fixtures::run("mkfifo", {path("pipe.png")}));
+    const char *const damaged = "Can't open image: the file is damaged or not an image";
+    for (const auto &[name, expected] : {std::pair{"corrupt.png", damaged},
+                                         {"corrupt.tiff", damaged},
+                                         {"corrupt.heic", damaged},
+                                         {"deleted.png", "Can't open image: No such file or directory"},
+                                         {"pipe.png", "Can't open image: not a regular file"},
                                          {"corrupt.jpg", "Couldn't decode image"},
                                          {"truncated.png", "Couldn't decode image"},
                                          {"notes.txt", "Unsupported file type"},
-                                         {"missing.PDF", "Can't open PDF"}}) {
+                                         {"missing.PDF", "Can't open PDF: No such file or directory"}}) {
         const auto result = load(path(name));
         EXPECT_EQ(result.index() == 1 ? std::get<1>(result).message : QString(),
                   QString::fromLatin1(expected))
