@@ -521,10 +521,11 @@ void Store::syncCustomFields()
         if (!fresh.isEmpty())
             work.append({d, d->rows, fresh});
     }
+    // A sync still running for earlier definitions is superseded: its result is dropped on arrival.
+    m_syncing = !work.isEmpty();
     if (work.isEmpty())
         return;
 
-    m_syncing = true;
     auto *watcher = new QFutureWatcher<std::pair<SyncResult, QList<QUuid>>>(this);
     connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, generation] {
         watcher->deleteLater();
