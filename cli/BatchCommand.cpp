@@ -89,7 +89,8 @@ private:
         const int filled = int(width * m_done / std::max<qsizetype>(m_total, 1));
         std::fprintf(stderr, "\r[%s%s] %lld/%lld %s\033[K", QByteArray(filled, '#').constData(),
                      QByteArray(width - filled, ' ').constData(), static_cast<long long>(m_done),
-                     static_cast<long long>(m_total), QFileInfo(path).fileName().toUtf8().constData());
+                     static_cast<long long>(m_total),
+                     Pipeline::displayName(QFileInfo(path).fileName()).toUtf8().constData());
         std::fflush(stderr);
         m_barShown = true;
     }

@@ -50,7 +50,7 @@ bool isDecoderChatter(QtMsgType type, const QMessageLogContext &context, const Q
     return category.startsWith(QLatin1String("qt.gui.imageio")) ||
            category.startsWith(QLatin1String("qt.imageformats")) ||
            message.startsWith(QLatin1String("libpng")) || message.startsWith(QLatin1String("libtiff")) ||
-           message.startsWith(QLatin1String("QImageReader")) || message.contains(QLatin1String("TIFF"));
+           message.startsWith(QLatin1String("TIFF"));
 }
 
 void filterDecoderChatter(QtMsgType type, const QMessageLogContext &context, const QString &message)

@@ -3,6 +3,7 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QLoggingCategory>
 #include <QPainter>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -151,3 +152,26 @@ TEST_F(ImageLoader, FailuresAndMislabelledFiles)
     EXPECT_TRUE(ocr.calls.isEmpty());
     EXPECT_EQ(pages(path("png.jpg")).value(0)->image.size(), QSize(200, 200));
 }
+
+namespace {
+
+QStringList captured;
+
+// Decoder warnings (Qt's image-I/O categories, libpng and libtiff text) stop at the filter; everything
+// else reaches the handler installed before it.
+TEST(DecoderWarnings, AreFilteredOut)
+{
+    const QtMessageHandler before = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &message) { captured.append(message); });
+    Pipeline::quietDecoderWarnings();
+    const QLoggingCategory imageio("qt.gui.imageio"), tiff("qt.imageformats.tiff"), other("tabrix.test");
+    qCWarning(imageio) << "libpng warning: iCCP: known incorrect sRGB profile";
+    qCWarning(tiff) << "f.tiff: unknown field with tag 65000";
+    qWarning("libpng warning: tEXt: CRC error");
+    qCWarning(other) << "kept";
+    qCritical("also kept");
+    qInstallMessageHandler(before);
+    EXPECT_EQ(captured, QStringList({"kept", "also kept"}));
+}
+
+} // namespace
