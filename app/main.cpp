@@ -1,5 +1,6 @@
 // The desktop application: one window over one store. `tabrix [PATH...]` adds the given files and
 // folders as a drop would.
+#include "intake/Pipeline.h"
 #include "store/Store.h"
 #include "ui/DialogStoreUi.h"
 #include "ui/MainWindow.h"
@@ -36,6 +37,7 @@ void scheduleScreenshot(QWidget &window)
 int main(int argc, char **argv)
 {
     QApplication app(argc, argv);
+    Pipeline::quietDecoderWarnings();
     QApplication::setApplicationName(QStringLiteral("Tabrix"));
     QApplication::setApplicationDisplayName(QStringLiteral("Tabrix"));
 

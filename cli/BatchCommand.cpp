@@ -1,12 +1,15 @@
 // tabrix-cli PATH...: read every document, treat each ready one as approved, write one export.
+#include "BatchNotices.h"
 #include "Commands.h"
 #include "Jsonl.h"
+#include "StandardOutput.h"
 
 #include "export/Csv.h"
 #include "export/JsonExport.h"
 #include "export/SaveFile.h"
 #include "export/Table.h"
 #include "export/Xlsx.h"
+#include "intake/NativeNames.h"
 #include "intake/SupportedFiles.h"
 #include "model/CustomFieldCodec.h"
 #include "store/Processing.h"
@@ -26,14 +29,15 @@
 
 namespace {
 
-/// The files to read, as found, each named once (by its cleaned absolute path), in queue order.
-QStringList queue(const QStringList &paths)
+/// The files to read and the paths that cannot be, as found, each named once (by its cleaned absolute
+/// path), in queue order.
+QList<Pipeline::Found> queue(const QStringList &paths)
 {
-    QStringList files;
+    QList<Pipeline::Found> files;
     QSet<QString> seen;
-    for (const QString &file : Pipeline::expand(paths)) {
-        if (!seen.contains(Pipeline::standardPath(file))) {
-            seen.insert(Pipeline::standardPath(file));
+    for (const Pipeline::Found &file : Pipeline::expandReporting(paths)) {
+        if (!seen.contains(Pipeline::standardPath(file.path))) {
+            seen.insert(Pipeline::standardPath(file.path));
             files.append(file);
         }
     }
@@ -41,30 +45,38 @@ QStringList queue(const QStringList &paths)
 }
 
 /// The definitions given with --custom-fields, or else the user's saved ones (never written here).
-std::optional<QList<CustomFieldDef>> customFields(const QString &given)
+Expected<QList<CustomFieldDef>> customFields(const QString &given)
 {
-    QFile file(given.isEmpty() ? Store::customFieldsPath(Store::defaultDataFolder()) : given);
-    if (!file.open(QIODevice::ReadOnly))
-        return given.isEmpty() ? std::optional(QList<CustomFieldDef>{}) : std::nullopt;
-    const auto defs = CustomFieldCodec::decode(file.readAll());
-    if (!defs && given.isEmpty())
-        return QList<CustomFieldDef>{}; // a damaged saved file means no definitions, as in the app
-    return defs;
+    if (given.isEmpty()) {
+        // A missing or damaged saved file means no definitions, as in the app.
+        const auto saved = CustomFieldCodec::readFile(Store::customFieldsPath(Store::defaultDataFolder()));
+        return std::holds_alternative<TabrixError>(saved) ? QList<CustomFieldDef>{} : saved;
+    }
+    return CustomFieldCodec::readFile(given);
 }
 
 /// Progress on standard error: a live bar on a terminal, one line per finished document otherwise.
 class Progress {
 public:
-    Progress(qsizetype total, bool quiet) : m_total(total), m_quiet(quiet), m_live(isatty(fileno(stderr))) {}
+    Progress(qsizetype total, bool quiet, const QList<CustomFieldDef> &defs)
+        : m_total(total), m_quiet(quiet), m_live(isatty(fileno(stderr))), m_notices(defs, quiet)
+    {
+    }
 
     void finished(const QString &path, const Expected<Processing::Loaded> &result)
     {
         ++m_done;
         if (const auto *error = std::get_if<TabrixError>(&result)) {
             clearBar();
-            printError(path + QStringLiteral(": Failed: ") + error->message);
-        } else if (!m_quiet && !m_live) {
-            printError(QStringLiteral("[%1/%2] %3: Ready for review").arg(m_done).arg(m_total).arg(path));
+            printError(Pipeline::displayName(path) + QStringLiteral(": Failed: ") + error->message);
+        } else {
+            clearBar();
+            m_notices.read(path, std::get<Processing::Loaded>(result));
+            if (!m_quiet && !m_live)
+                printError(QStringLiteral("[%1/%2] %3: Ready for review")
+                               .arg(m_done)
+                               .arg(m_total)
+                               .arg(Pipeline::displayName(path)));
         }
         if (!m_quiet && m_live)
             drawBar(path);
@@ -79,7 +91,8 @@ private:
         const int filled = int(width * m_done / std::max<qsizetype>(m_total, 1));
         std::fprintf(stderr, "\r[%s%s] %lld/%lld %s\033[K", QByteArray(filled, '#').constData(),
                      QByteArray(width - filled, ' ').constData(), static_cast<long long>(m_done),
-                     static_cast<long long>(m_total), QFileInfo(path).fileName().toUtf8().constData());
+                     static_cast<long long>(m_total),
+                     Pipeline::displayName(QFileInfo(path).fileName()).toUtf8().constData());
         std::fflush(stderr);
         m_barShown = true;
     }
@@ -96,12 +109,13 @@ private:
     bool m_quiet;
     bool m_live;
     bool m_barShown = false;
+    BatchNotices m_notices;
 };
 
 /// Reads every file, `jobs` at once, and returns the results in queue order. Each task writes only its
 /// own slot; completions come back to this thread through queued calls, and to `onFinished` as they come.
 QList<Expected<Processing::Loaded>>
-readAll(const QStringList &files, const QList<CustomFieldDef> &defs, int jobs, RuleSet rules,
+readAll(const QList<Pipeline::Found> &files, const QList<CustomFieldDef> &defs, int jobs, RuleSet rules,
         Progress &progress,
         const std::function<void(qsizetype, const Expected<Processing::Loaded> &)> &onFinished)
 {
@@ -122,14 +136,16 @@ readAll(const QStringList &files, const QList<CustomFieldDef> &defs, int jobs, R
     qsizetype finished = 0;
     for (qsizetype i = 0; i < files.size(); ++i) {
         pool.start([&, i] {
-            auto result = Processing::run(files[i], defs, {}, loader, rules);
+            auto result = files[i].error.isEmpty()
+                              ? Processing::run(files[i].path, defs, {}, loader, rules)
+                              : Expected<Processing::Loaded>(TabrixError{files[i].error});
             if (auto *loaded = std::get_if<Processing::Loaded>(&result))
                 loaded->pages.clear(); // nothing here looks at pages; keep memory flat
             QMetaObject::invokeMethod(
                 &receiver,
                 [&, i, result = std::move(result)]() mutable {
                     results[i] = std::move(result);
-                    progress.finished(files[i], results[i]);
+                    progress.finished(files[i].path, results[i]);
                     onFinished(i, results[i]);
                     if (++finished == files.size())
                         loop.quit();
@@ -160,22 +176,26 @@ Expected<QByteArray> exportBytes(const BatchOptions &options, const QList<const 
 
 int runBatch(const BatchOptions &options)
 {
-    const auto defs = customFields(options.customFields);
-    if (!defs) {
-        printError(CustomFieldCodec::notAFileMessage());
+    const auto read = customFields(options.customFields);
+    if (const auto *error = std::get_if<TabrixError>(&read)) {
+        printError(error->message);
         return 1;
     }
+    const auto *defs = &std::get<QList<CustomFieldDef>>(read);
     if (options.merge)
         return runMerge(options, *defs);
-    const QStringList expanded = queue(options.paths);
+    const QList<Pipeline::Found> expanded = queue(options.paths);
     if (expanded.isEmpty()) {
         printError(Pipeline::noSupportedFilesMessage());
         return 1;
     }
     const QList<qsizetype> indices = shardIndices(expanded.size(), options.shard);
-    QStringList files;
-    for (const qsizetype i : indices)
+    QList<Pipeline::Found> files;
+    QStringList paths;
+    for (const qsizetype i : indices) {
         files.append(expanded[i]);
+        paths.append(expanded[i].path);
+    }
     std::optional<JsonlWriter> jsonl;
     if (options.format == QLatin1String("jsonl")) {
         jsonl.emplace(options.output);
@@ -186,15 +206,15 @@ int runBatch(const BatchOptions &options)
     }
 
     const int jobs = options.jobs > 0 ? options.jobs : std::max(1, QThread::idealThreadCount());
-    Progress progress(files.size(), options.quiet);
+    Progress progress(files.size(), options.quiet, *defs);
     const auto results = readAll(files, *defs, jobs, options.rules, progress,
                                  [&](qsizetype i, const Expected<Processing::Loaded> &result) {
                                      if (jsonl)
-                                         jsonl->write(indices[i], expanded.size(), files[i], result, *defs);
+                                         jsonl->write(indices[i], expanded.size(), paths[i], result, *defs);
                                  });
     if (jsonl)
         return jsonl->finish(results);
-    return exportResults(options, files, results, *defs);
+    return exportResults(options, paths, results, *defs);
 }
 
 int exportResults(const BatchOptions &options, const QStringList &files,
@@ -226,10 +246,11 @@ int exportResults(const BatchOptions &options, const QStringList &files,
     }
     const QByteArray &bytes = std::get<QByteArray>(exported);
     if (options.output.isEmpty()) {
-        std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
-        if (options.format == QLatin1String("json"))
-            std::fputc('\n', stdout);
-        std::fflush(stdout);
+        if (const auto failure =
+                writeStandardOutput(options.format == QLatin1String("json") ? bytes + '\n' : bytes)) {
+            printError(QStringLiteral("tabrix-cli: Export failed: ") + failure->message);
+            return 1;
+        }
     } else if (const auto failure = Exporter::saveFile(options.output, bytes)) {
         printError(QStringLiteral("tabrix-cli: Export failed: ") + failure->message);
         return 1;

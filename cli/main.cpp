@@ -1,5 +1,7 @@
 // tabrix-cli: the extraction pipeline without a window, for batches and scripts.
 #include "Commands.h"
+#include "intake/NativeNames.h"
+#include "intake/Pipeline.h"
 
 #include <QCoreApplication>
 
@@ -35,7 +37,11 @@ int usageError(const QString &message)
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    const QStringList allArgs = app.arguments().mid(1);
+    Pipeline::quietDecoderWarnings();
+    // From the bytes, not app.arguments(): a file name that is not UTF-8 must still name its file.
+    QStringList allArgs;
+    for (int i = 1; i < argc; ++i)
+        allArgs.append(Pipeline::decodeNativeName(QByteArray(argv[i])));
 
     BatchOptions options;
     // --rules may stand anywhere, also after --lines FILE, so it is taken out before the other options.

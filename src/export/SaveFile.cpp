@@ -28,7 +28,6 @@ std::optional<TabrixError> saveFile(const QString &path, const QByteArray &bytes
     if (info.exists() && !info.isFile() && !info.isDir())
         return writeDirectly(path, bytes);
     QSaveFile file(path);
-    file.setDirectWriteFallback(true);
     if (!file.open(QIODevice::WriteOnly))
         return TabrixError{file.errorString()};
     if (file.write(bytes) != bytes.size()) {

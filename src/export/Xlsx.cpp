@@ -180,7 +180,18 @@ QString xmlEscape(const QString &text)
 {
     QString out;
     out.reserve(text.size());
-    for (QChar c : text) {
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        // XML has no place for U+FFFE, U+FFFF or a surrogate without its partner: a reader rejects the part.
+        if (c.unicode() >= 0xFFFE)
+            continue;
+        if (c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            out += c;
+            out += text[++i];
+            continue;
+        }
+        if (c.isSurrogate())
+            continue;
         switch (c.unicode()) {
         case u'&':
             out += QStringLiteral("&amp;");

@@ -26,7 +26,8 @@ QList<Sheet> workbookSheets(const QList<const DocItem *> &docs, const QList<Cust
 QString colName(int index);
 
 /// `text` made safe for XML content and attribute values: & < > and " become entities, the
-/// apostrophe stays, control characters below U+0020 other than tab, LF and CR are dropped.
+/// apostrophe stays, control characters below U+0020 other than tab, LF and CR are dropped, and so are
+/// U+FFFE, U+FFFF and unpaired surrogates (none is allowed in XML).
 QString xmlEscape(const QString &text);
 
 /// The worksheet part of `table`: frozen bold header row, all columns 20 wide, inline strings, and

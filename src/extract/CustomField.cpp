@@ -52,13 +52,13 @@ TextRange chosenRange(const Regex &rx, const Regex::Match &m)
     return rx.groupCount() >= 1 && m.has(1) ? m.range(1) : m.range();
 }
 
-void byPattern(const QString &pattern, const QList<Row> &rows, Field &field)
+void byPattern(const QString &pattern, const QList<Row> &rows, Field &field, Regex::Budget &budget)
 {
     const auto rx = Regex::tryCompile(pattern);
     if (!rx)
         return;
     for (const Row &row : rows) {
-        if (const auto m = rx->match(row.text)) {
+        if (const auto m = rx->match(row.text, 0, budget)) {
             const TextRange range = chosenRange(*rx, *m);
             field.value = row.text.mid(range.loc, range.len).trimmed();
             field.confidence = 0.85;
@@ -68,7 +68,7 @@ void byPattern(const QString &pattern, const QList<Row> &rows, Field &field)
     }
     // Nothing within one row: let the pattern span rows.
     const QString joined = documentText(rows);
-    if (const auto m = rx->match(joined)) {
+    if (const auto m = rx->match(joined, 0, budget)) {
         const TextRange range = chosenRange(*rx, *m);
         field.value = joined.mid(range.loc, range.len).trimmed();
         field.confidence = 0.7;
@@ -77,20 +77,26 @@ void byPattern(const QString &pattern, const QList<Row> &rows, Field &field)
 
 } // namespace
 
-Field extractCustom(const CustomFieldDef &def, const QList<Row> &rows)
+Field extractCustom(const CustomFieldDef &def, const QList<Row> &rows, bool *abandoned)
 {
     Field field =
         emptyField(uuidText(def.id), def.name.isEmpty() ? QStringLiteral("Custom field") : def.name);
     field.isCustom = true;
     field.source = customSource(def);
+    if (abandoned)
+        *abandoned = false;
 
     const QString pattern = def.pattern.trimmed();
     if (pattern.isEmpty())
         return field;
-    if (def.isRegex)
-        byPattern(pattern, rows, field);
-    else
+    if (def.isRegex) {
+        Regex::Budget budget;
+        byPattern(pattern, rows, field, budget);
+        if (abandoned)
+            *abandoned = budget.exhausted();
+    } else {
         byKeyword(pattern, rows, field);
+    }
     return field;
 }
 

@@ -13,6 +13,8 @@ struct Result {
         fields; ///< vendor, number, date, dueDate, currency, subtotal, tax, total, then custom fields
     QList<LineItem> items;
     QList<Row> rows;
+    /// Custom definitions whose pattern hit its matching bound on this document (their field is empty).
+    QList<QUuid> slowPatterns;
 };
 
 /// Runs the whole rule-based extraction on a document's lines with the base rules (Core) or with our

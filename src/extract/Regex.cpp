@@ -122,6 +122,41 @@ std::optional<Regex::Match> Regex::match(const QString &text, qsizetype from) co
     return currentMatch(*matcher);
 }
 
+namespace {
+
+// Called by ICU every 10,000 steps of one search; false abandons it.
+UBool spendUnit(const void *context, int32_t /*steps*/)
+{
+    int &left = *static_cast<int *>(const_cast<void *>(context));
+    return --left > 0;
+}
+
+} // namespace
+
+std::optional<Regex::Match> Regex::match(const QString &text, qsizetype from, Budget &budget) const
+{
+    if (budget.m_exhausted || from > text.size())
+        return std::nullopt;
+    const icu::UnicodeString input = alias(text);
+    const Lease lease(*m_pattern, input);
+    icu::RegexMatcher *matcher = lease.get();
+    if (!matcher)
+        return std::nullopt;
+    UErrorCode status = U_ZERO_ERROR;
+    matcher->setMatchCallback(spendUnit, &budget.m_left, status);
+    matcher->setStackLimit(8 << 20, status);
+    const bool found = U_SUCCESS(status) && matcher->find(int64_t(from), status);
+    if (U_FAILURE(status)) // stopped at the budget, out of stack, or ICU could not run it
+        budget.m_exhausted = true;
+    std::optional<Match> result;
+    if (found && U_SUCCESS(status) && !budget.m_exhausted)
+        result = currentMatch(*matcher);
+    // The matcher may be lent again, to a search without a budget.
+    UErrorCode ignored = U_ZERO_ERROR;
+    matcher->setMatchCallback(nullptr, nullptr, ignored);
+    return result;
+}
+
 bool Regex::contains(const QString &text) const
 {
     const icu::UnicodeString input = alias(text);

@@ -24,6 +24,21 @@ public:
         }
     };
 
+    /// A bound on the work of matching a user's pattern, shared by several searches (one field on one
+    /// document). A unit is 10,000 steps of ICU's match engine, roughly a tenth of a millisecond; a search
+    /// that would exceed what is left, or ICU's 8 MB backtracking stack, is abandoned and gives nothing.
+    class Budget {
+    public:
+        explicit Budget(int units = 2000) : m_left(units) {}
+        /// True once a search was abandoned: later searches give nothing at once.
+        bool exhausted() const { return m_exhausted; }
+
+    private:
+        friend class Regex;
+        int m_left;
+        bool m_exhausted = false;
+    };
+
     /// Compiles a built-in pattern; a pattern that does not compile is a programming fault and aborts.
     explicit Regex(const QString &pattern, bool caseInsensitive = true);
     /// Compiles a user's pattern; nothing when it does not compile.
@@ -35,6 +50,9 @@ public:
 
     /// The first match starting at or after `from`, if any.
     std::optional<Match> match(const QString &text, qsizetype from = 0) const;
+    /// As match(), spending from `budget`: nothing once the budget is exhausted. For user patterns, which
+    /// may backtrack for minutes.
+    std::optional<Match> match(const QString &text, qsizetype from, Budget &budget) const;
     /// Every non-overlapping match, left to right.
     QList<Match> matchAll(const QString &text) const;
     /// True when the pattern matches anywhere in `text`.

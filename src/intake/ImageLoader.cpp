@@ -1,4 +1,5 @@
 #include "Engines.h"
+#include "NativeNames.h"
 #include "Ocr.h"
 #include "PageImage.h"
 #include "Pipeline.h"
@@ -89,9 +90,11 @@ std::optional<Frames> openHeif(const QString &path)
 
 Expected<QList<PagePtr>> loadImage(const QString &path, const LoadOptions &options, const Report &report)
 {
+    if (auto unreadable = checkRegularFile(path, "Can't open image"))
+        return *unreadable;
     const std::optional<Frames> frames = isHeif(path) ? openHeif(path) : openWithQt(path);
     if (!frames)
-        return error("Can't open image");
+        return TabrixError{QStringLiteral("Can't open image: the file is damaged or not an image")};
     if (frames->count < 1)
         return error("Image has no frames");
     const int n = std::min(frames->count, maxFrames);
@@ -118,12 +121,14 @@ Expected<QList<PagePtr>> loadImage(const QString &path, const LoadOptions &optio
     }
     if (pages.isEmpty())
         return error("Couldn't decode image");
-    return pages;
+    return noteCut(std::move(pages), n, frames->count);
 }
 
-Expected<QList<PagePtr>> load(const QString &path, const LoadOptions &options, const Report &report)
+Expected<QList<PagePtr>> load(const QString &given, const LoadOptions &options, const Report &report)
 {
-    const QString ext = QFileInfo(path).suffix().toLower();
+    const QString ext = QFileInfo(given).suffix().toLower();
+    // A name that is not valid UTF-8 is read through a link with a name Qt and the decoders can open.
+    const auto [path, keepAlive] = openablePath(given);
     if (ext == QLatin1String("pdf"))
         return loadPDF(path, options, report);
     if (imageExts().contains(ext))

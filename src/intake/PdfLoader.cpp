@@ -117,9 +117,11 @@ using Document = std::unique_ptr<Poppler::Document>;
 /// The document opened for reading, or why it cannot be read.
 Expected<Document> open(const QString &path)
 {
+    if (auto unreadable = checkRegularFile(path, "Can't open PDF"))
+        return *unreadable;
     Document doc = Poppler::Document::load(path);
     if (!doc)
-        return error("Can't open PDF");
+        return TabrixError{QStringLiteral("Can't open PDF: the file is damaged or not a PDF")};
     // A locked document must be unlocked before anything else is asked of it (poppler crashes otherwise).
     // The empty user password opens files that are only protected against editing or printing.
     if (doc->isLocked())
@@ -232,7 +234,7 @@ Expected<QList<PagePtr>> loadPDF(const QString &path, const LoadOptions &options
     }
     if (pages.isEmpty())
         return error("Couldn't render PDF pages");
-    return pages;
+    return noteCut(std::move(pages), n, count);
 }
 
 } // namespace Pipeline

@@ -9,6 +9,7 @@
 #include <QList>
 #include <QString>
 #include <functional>
+#include <optional>
 
 namespace Ocr {
 class Engine;
@@ -51,6 +52,19 @@ Expected<QList<PagePtr>> loadImage(const QString &path, const LoadOptions &optio
 /// loadPDF for ".pdf", loadImage for the image extensions, "Unsupported file type" otherwise
 /// (extensions compared lower-cased).
 Expected<QList<PagePtr>> load(const QString &path, const LoadOptions &options, const Report &report);
+
+/// Nothing when `path` names a regular file that can be opened for reading; otherwise `what` and the
+/// reason ("Can't open PDF: No such file or directory", "…: not a regular file"). Never blocks, even on
+/// a named pipe.
+std::optional<TabrixError> checkRegularFile(const QString &path, const char *what);
+
+/// `pages` with the cut recorded on the first page (PageData::pagesRead, pagesInFile) when `read` is
+/// less than `inFile`.
+QList<PagePtr> noteCut(QList<PagePtr> pages, int read, int inFile);
+
+/// Keeps the image decoders' and their libraries' (libpng, libtiff) warnings away from standard error:
+/// the user learns of a file that cannot be read from its failure. Other messages pass on unchanged.
+void quietDecoderWarnings();
 
 /// The text lines of `image` as the calling thread's Tesseract engine reads them, each tagged with `page`.
 Expected<QList<TextLine>> ocr(const QImage &image, int page);

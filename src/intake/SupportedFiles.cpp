@@ -1,12 +1,15 @@
 #include "SupportedFiles.h"
 
+#include "NativeNames.h"
 #include "model/Money.h"
 
 #include <QCollator>
 #include <QDir>
-#include <QDirIterator>
 #include <QFileInfo>
 #include <algorithm>
+#include <cerrno>
+#include <dirent.h>
+#include <sys/stat.h>
 
 namespace Pipeline {
 
@@ -33,52 +36,80 @@ bool isSupported(const QString &path)
 
 namespace {
 
-// Files below `dir`, one level at a time so that bundles and symbolic links to folders are not entered.
-// Without QDir::Hidden the listing leaves out hidden files and folders alike.
-void collect(const QString &dir, QStringList &out)
+// Files below `dir`, read with the system's own names so that none is lost to decoding. Hidden files and
+// folders are left out; symbolic links to folders and bundles are not entered; devices, pipes and
+// sockets inside folders are not documents and are passed over.
+void collect(const QString &dir, QList<Found> &out)
 {
-    QDirIterator it(dir, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot);
-    while (it.hasNext()) {
-        it.next();
-        const QFileInfo info = it.fileInfo();
-        if (info.isDir()) {
-            if (!info.isSymLink() && !info.isBundle())
-                collect(info.filePath(), out);
-        } else if (isSupported(info.fileName())) {
-            out.append(info.filePath());
+    DIR *listing = ::opendir(nativeName(dir).constData());
+    if (!listing) {
+        out.append(Found{dir, qt_error_string(errno)});
+        return;
+    }
+    QStringList names;
+    while (const dirent *entry = ::readdir(listing)) {
+        if (entry->d_name[0] != '.')
+            names.append(decodeNativeName(QByteArray(entry->d_name)));
+    }
+    ::closedir(listing);
+    for (const QString &name : std::as_const(names)) {
+        const QString path = dir.endsWith(u'/') ? dir + name : dir + u'/' + name;
+        const QByteArray native = nativeName(path);
+        struct stat target {
+        }, link{};
+        if (::stat(native.constData(), &target) != 0 || ::lstat(native.constData(), &link) != 0)
+            continue; // vanished, or a link to nothing
+        if (S_ISDIR(target.st_mode)) {
+            if (!S_ISLNK(link.st_mode) && (hasUndecodableBytes(path) || !QFileInfo(path).isBundle()))
+                collect(path, out);
+        } else if (S_ISREG(target.st_mode) && isSupported(name)) {
+            out.append(Found{path, {}});
         }
     }
 }
 
 } // namespace
 
-QStringList expand(const QStringList &paths)
+QList<Found> expandReporting(const QStringList &paths)
 {
     // The user's collation, as a file browser orders names: page9 before page10, "a" beside "A".
     QCollator collator(Money::userLocale());
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
 
-    QStringList result;
+    QList<Found> result;
     for (const QString &path : paths) {
-        const QFileInfo info(path);
-        if (!info.exists())
-            continue;
-        if (!info.isDir()) {
-            if (isSupported(path))
-                result.append(path);
+        struct stat info {};
+        if (::stat(nativeName(path).constData(), &info) != 0) {
+            result.append(Found{path, qt_error_string(errno)});
             continue;
         }
-        QStringList found;
+        if (!S_ISDIR(info.st_mode)) {
+            if (isSupported(path))
+                result.append(
+                    Found{path, S_ISREG(info.st_mode) ? QString() : QStringLiteral("not a regular file")});
+            continue;
+        }
+        QList<Found> found;
         collect(path, found);
         // Names equal to the collator (a.pdf, A.pdf) still get one fixed order.
-        std::sort(found.begin(), found.end(), [&](const QString &a, const QString &b) {
-            const int c = collator.compare(a, b);
-            return c != 0 ? c < 0 : a < b;
+        std::sort(found.begin(), found.end(), [&](const Found &a, const Found &b) {
+            const int c = collator.compare(a.path, b.path);
+            return c != 0 ? c < 0 : a.path < b.path;
         });
         result += found;
     }
     return result;
+}
+
+QStringList expand(const QStringList &paths)
+{
+    QStringList files;
+    for (const Found &found : expandReporting(paths)) {
+        if (found.error.isEmpty())
+            files.append(found.path);
+    }
+    return files;
 }
 
 QString standardPath(const QString &path)

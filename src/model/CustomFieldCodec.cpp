@@ -2,6 +2,8 @@
 
 #include "JsonText.h"
 
+#include <QFile>
+#include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
@@ -33,7 +35,9 @@ QByteArray encode(const QList<CustomFieldDef> &defs)
     return JsonText::write(array, JsonText::Slashes::Escaped);
 }
 
-std::optional<QList<CustomFieldDef>> decode(const QJsonArray &array)
+namespace {
+
+std::optional<QList<CustomFieldDef>> decodeEach(const QJsonArray &array)
 {
     QList<CustomFieldDef> defs;
     defs.reserve(array.size());
@@ -55,13 +59,60 @@ std::optional<QList<CustomFieldDef>> decode(const QJsonArray &array)
     return defs;
 }
 
+// The first definition whose id an earlier one already has, with that earlier one.
+std::optional<std::pair<CustomFieldDef, CustomFieldDef>> duplicate(const QList<CustomFieldDef> &defs)
+{
+    QHash<QUuid, qsizetype> seen;
+    for (qsizetype i = 0; i < defs.size(); ++i) {
+        if (seen.contains(defs[i].id))
+            return std::pair(defs[seen.value(defs[i].id)], defs[i]);
+        seen.insert(defs[i].id, i);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<QList<CustomFieldDef>> decode(const QJsonArray &array)
+{
+    auto defs = decodeEach(array);
+    // Two fields with one id would show one field's value twice.
+    if (!defs || duplicate(*defs))
+        return std::nullopt;
+    return defs;
+}
+
 std::optional<QList<CustomFieldDef>> decode(const QByteArray &json)
+{
+    const auto read = CustomFieldCodec::read(json);
+    if (const auto *defs = std::get_if<QList<CustomFieldDef>>(&read))
+        return *defs;
+    return std::nullopt;
+}
+
+Expected<QList<CustomFieldDef>> read(const QByteArray &json)
 {
     QJsonParseError error{};
     const QJsonDocument doc = QJsonDocument::fromJson(json, &error);
-    if (error.error != QJsonParseError::NoError || !doc.isArray())
-        return std::nullopt;
-    return decode(doc.array());
+    const auto defs =
+        error.error == QJsonParseError::NoError && doc.isArray() ? decodeEach(doc.array()) : std::nullopt;
+    if (!defs)
+        return TabrixError{notAFileMessage()};
+    if (const auto twice = duplicate(*defs)) {
+        return TabrixError{
+            QStringLiteral("Two custom fields in that file have the same id %1 (\"%2\" and \"%3\"); "
+                           "each field needs its own id.")
+                .arg(uuidText(twice->first.id), twice->first.name, twice->second.name)};
+    }
+    return *defs;
+}
+
+Expected<QList<CustomFieldDef>> readFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return TabrixError{path + QStringLiteral(": ") + file.errorString()};
+    return read(file.readAll());
 }
 
 QString notAFileMessage()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CustomFieldDef.h"
+#include "TabrixError.h"
 
 #include <QByteArray>
 #include <QJsonArray>
@@ -9,7 +10,7 @@
 
 /// Custom field definition lists in their JSON form: an array of objects with exactly the members
 /// "id" (canonical UUID text), "isRegex" (bool), "name" and "pattern" (strings). Decoding is strict:
-/// any missing member, wrong type or malformed UUID rejects the whole list.
+/// any missing member, wrong type, malformed UUID or an id given twice rejects the whole list.
 namespace CustomFieldCodec {
 
 /// The custom-fields file text of `defs`, in list order: our JSON text form with sorted keys and
@@ -18,6 +19,12 @@ QByteArray encode(const QList<CustomFieldDef> &defs);
 
 std::optional<QList<CustomFieldDef>> decode(const QJsonArray &array);
 std::optional<QList<CustomFieldDef>> decode(const QByteArray &json);
+
+/// The definitions in custom-fields file text, or the message for the user: notAFileMessage(), or for
+/// an id given twice a message naming it and the two fields.
+Expected<QList<CustomFieldDef>> read(const QByteArray &json);
+/// read() on the file at `path`; a file that cannot be read gives its path and the system's reason.
+Expected<QList<CustomFieldDef>> readFile(const QString &path);
 
 /// The message for a file that decode() rejects, when the user chose it (import, command line).
 QString notAFileMessage();

@@ -18,6 +18,10 @@ Expected<Loaded> run(const QString &path, const QList<CustomFieldDef> &customFie
 
     Loaded loaded;
     loaded.pages = std::move(std::get<QList<PagePtr>>(pages));
+    if (!loaded.pages.isEmpty() && loaded.pages.first()) {
+        loaded.pagesRead = loaded.pages.first()->pagesRead;
+        loaded.pagesInFile = loaded.pages.first()->pagesInFile;
+    }
     if (report)
         report(DocStatus::Extracting, 0.92);
 

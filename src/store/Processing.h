@@ -18,6 +18,9 @@ namespace Processing {
 struct Loaded {
     QList<PagePtr> pages;
     Extractor::Result extraction;
+    /// When the file was cut at the loader's page or frame limit: pages read and in the file; else 0.
+    int pagesRead = 0;
+    int pagesInFile = 0;
 };
 
 /// Turns a file into pages, reporting progress as it goes. The default is Pipeline::load; tests

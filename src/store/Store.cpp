@@ -17,6 +17,7 @@
 #include <QStandardPaths>
 #include <QtConcurrent/QtConcurrentRun>
 #include <algorithm>
+#include <tuple>
 
 namespace {
 
@@ -36,6 +37,7 @@ Store::Store(StoreOptions options, QObject *parent)
         m_loader = Processing::pipelineLoader();
     m_pool.setMaxThreadCount(1);
     m_pool.setExpiryTimeout(-1);
+    m_syncPool.setMaxThreadCount(1);
     loadCustomFields();
 }
 
@@ -45,6 +47,7 @@ Store::~Store()
     for (const QMetaObject::Connection &connection : std::as_const(m_subscriptions))
         disconnect(connection);
     m_pool.waitForDone();
+    m_syncPool.waitForDone();
 }
 
 DocPtr Store::doc(const QUuid &id) const
@@ -227,6 +230,7 @@ void Store::finish(const DocPtr &doc, Expected<Processing::Loaded> result)
         doc->setItems(loaded->extraction.items);
         doc->setProgress(1.0);
         doc->setStatus(DocStatus::Ready);
+        noteSlowPatterns(loaded->extraction.slowPatterns);
     } else {
         doc->setProgress(1.0);
         doc->setStatus(DocStatus::failed(std::get<TabrixError>(result).message));
@@ -480,6 +484,9 @@ void Store::saveCustomFields() const
 
 void Store::syncCustomFields()
 {
+    const int generation = ++m_syncGeneration;
+    // Per document, the patterns to match afresh; their fields wait as placeholders without source.
+    QList<std::tuple<std::weak_ptr<DocItem>, QList<Row>, QList<CustomFieldDef>>> work;
     for (const DocPtr &d : std::as_const(m_docs)) {
         if (d->status().kind() != DocStatus::Ready)
             continue;
@@ -488,8 +495,10 @@ void Store::syncCustomFields()
             if (!f.isCustom)
                 fields.append(f);
         }
+        QList<CustomFieldDef> fresh;
         for (const CustomFieldDef &def : std::as_const(m_customFields)) {
             const QString key = uuidText(def.id);
+            const QString label = def.name.isEmpty() ? QStringLiteral("Custom field") : def.name;
             const QString source = Extractor::customSource(def);
             const auto existing = std::find_if(d->fields().cbegin(), d->fields().cend(), [&](const Field &f) {
                 return f.isCustom && f.key == key && f.source == source;
@@ -497,13 +506,88 @@ void Store::syncCustomFields()
             if (existing != d->fields().cend()) {
                 // Same definition, maybe renamed: keep the value and any hand correction.
                 Field kept = *existing;
-                kept.label = def.name.isEmpty() ? QStringLiteral("Custom field") : def.name;
+                kept.label = label;
                 fields.append(kept);
+            } else if (!def.isRegex) {
+                fields.append(Extractor::extractCustom(def, d->rows)); // a keyword search is linear
             } else {
-                fields.append(Extractor::extractCustom(def, d->rows));
+                Field placeholder = emptyField(key, label);
+                placeholder.isCustom = true;
+                fields.append(placeholder);
+                fresh.append(def);
             }
         }
         d->setFields(fields);
+        if (!fresh.isEmpty())
+            work.append({d, d->rows, fresh});
+    }
+    // A sync still running for earlier definitions is superseded: its result is dropped on arrival.
+    m_syncing = !work.isEmpty();
+    if (work.isEmpty())
+        return;
+
+    auto *watcher = new QFutureWatcher<std::pair<SyncResult, QList<QUuid>>>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, generation] {
+        watcher->deleteLater();
+        const auto [fields, slow] = watcher->result();
+        if (generation != m_syncGeneration)
+            return; // a later sync has replaced these definitions
+        m_syncing = false;
+        applySync(fields);
+        noteSlowPatterns(slow);
+    });
+    watcher->setFuture(QtConcurrent::run(&m_syncPool, [work = std::move(work)] {
+        std::pair<SyncResult, QList<QUuid>> result;
+        for (const auto &[doc, rows, defs] : work) {
+            QList<Field> fields;
+            for (const CustomFieldDef &def : defs) {
+                bool abandoned = false;
+                fields.append(Extractor::extractCustom(def, rows, &abandoned));
+                if (abandoned)
+                    result.second.append(def.id);
+            }
+            result.first.append({doc, fields});
+        }
+        return result;
+    }));
+}
+
+void Store::applySync(const SyncResult &results)
+{
+    for (const auto &[weak, extracted] : results) {
+        const DocPtr d = weak.lock();
+        // A document read again or removed meanwhile has its own fields now.
+        if (!d || d->status().kind() != DocStatus::Ready)
+            continue;
+        QList<Field> fields = d->fields();
+        bool replaced = false;
+        for (Field &f : fields) {
+            if (!f.isCustom || !f.source.isEmpty())
+                continue;
+            const auto found = std::find_if(extracted.cbegin(), extracted.cend(),
+                                            [&](const Field &e) { return e.key == f.key; });
+            if (found != extracted.cend()) {
+                f = *found;
+                replaced = true;
+            }
+        }
+        if (replaced)
+            d->setFields(fields);
+    }
+}
+
+void Store::noteSlowPatterns(const QList<QUuid> &ids)
+{
+    const qsizetype before = m_slowPatterns.size();
+    for (const QUuid &id : ids) {
+        for (const CustomFieldDef &def : std::as_const(m_customFields)) {
+            if (def.id == id)
+                m_slowPatterns.insert(Extractor::customSource(def));
+        }
+    }
+    if (m_slowPatterns.size() != before) {
+        emit customFieldsChanged();
+        emit changed();
     }
 }
 
@@ -524,13 +608,11 @@ void Store::importCustomFields()
     const QString path = m_ui->chooseFileToOpen(QString::fromLatin1(jsonFilter));
     if (path.isEmpty())
         return;
-    QFile file(path);
-    const auto defs =
-        file.open(QIODevice::ReadOnly) ? CustomFieldCodec::decode(file.readAll()) : std::nullopt;
-    if (!defs) {
-        setAlertText(CustomFieldCodec::notAFileMessage());
+    const auto defs = CustomFieldCodec::readFile(path);
+    if (const auto *error = std::get_if<TabrixError>(&defs)) {
+        setAlertText(error->message);
         return;
     }
-    setCustomFields(*defs);
+    setCustomFields(std::get<QList<CustomFieldDef>>(defs));
     syncCustomFields();
 }

@@ -159,8 +159,15 @@ public:
     /// Location of "custom-fields.json"; creates its folder on every call, ignoring failure.
     QString customFieldsPath() const;
     /// Brings the custom fields of every ready document in line with the definitions: renamed ones are
-    /// relabelled (keeping hand corrections), new or changed ones extracted afresh, deleted ones dropped.
+    /// relabelled (keeping hand corrections), deleted ones dropped and new or changed keywords extracted at
+    /// once; new or changed patterns show empty until a background task has matched them (isSyncing() is
+    /// true meanwhile), so a slow pattern never blocks the caller.
     void syncCustomFields();
+    /// True while a sync's extraction runs in the background.
+    bool isSyncing() const { return m_syncing; }
+    /// The source tags (Extractor::customSource) of definitions whose pattern hit its matching bound on
+    /// at least one document, which the editor shows as too slow.
+    const QSet<QString> &slowPatterns() const { return m_slowPatterns; }
     /// Asks for a location and writes the definitions there in the saved form; failures are silent.
     void exportCustomFields();
     /// Asks for a file and replaces the definitions with its contents, then syncs the documents. A file
@@ -187,6 +194,9 @@ private:
     void process(const DocPtr &doc);
     void finish(const DocPtr &doc, Expected<Processing::Loaded> result);
     void loadCustomFields();
+    using SyncResult = QList<std::pair<std::weak_ptr<DocItem>, QList<Field>>>;
+    void applySync(const SyncResult &fields);
+    void noteSlowPatterns(const QList<QUuid> &ids);
     void saveCustomFields() const;
     qsizetype currentIndex() const;
     QList<const DocItem *> approvedForExport() const;
@@ -210,4 +220,9 @@ private:
     bool m_processing = false;
     // One worker thread kept alive, so per-thread engines (text recognition) are set up once.
     QThreadPool m_pool;
+    // Re-extraction after the definitions change; only the latest sync's result is applied.
+    QThreadPool m_syncPool;
+    int m_syncGeneration = 0;
+    bool m_syncing = false;
+    QSet<QString> m_slowPatterns;
 };

@@ -2,6 +2,7 @@
 
 #include "Icons.h"
 #include "Theme.h"
+#include "extract/CustomField.h"
 #include "extract/Regex.h"
 
 #include <QButtonGroup>
@@ -127,6 +128,9 @@ CustomFieldsDialog::CustomFieldsDialog(Store &store, QWidget *parent) : QDialog(
         // Changes made here are already shown; only an import (or another writer) needs new rows.
         if (m_store.customFields() != m_written)
             rebuild();
+        else
+            for (qsizetype i = 0; i < std::min(m_rows.size(), m_written.size()); ++i)
+                showState(m_rows[i], m_written[i]);
     });
     rebuild();
 }
@@ -236,7 +240,13 @@ void CustomFieldsDialog::showState(const Row &row, const CustomFieldDef &def)
     row.keyword->setChecked(!def.isRegex);
     row.regex->setChecked(def.isRegex);
     row.pattern->setPlaceholderText(patternPlaceholder(def.isRegex));
-    row.pattern->setInvalid(def.isRegex && isBadRegex(def.pattern));
+    // A pattern stopped at its matching bound is flagged like one that does not compile.
+    const bool slow = def.isRegex && m_store.slowPatterns().contains(Extractor::customSource(def));
+    row.pattern->setInvalid(def.isRegex && (isBadRegex(def.pattern) || slow));
+    row.pattern->setToolTip(slow
+                                ? QStringLiteral("This pattern is too slow: it was stopped and left empty on "
+                                                 "some documents.")
+                                : QString());
 }
 
 void CustomFieldsDialog::change(const QUuid &id, const std::function<void(CustomFieldDef &)> &edit)

@@ -5,7 +5,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 #include <QTemporaryDir>
+#include <cstdio>
 #include <gtest/gtest.h>
 
 namespace {
@@ -61,7 +63,7 @@ TEST(BatchCli, RefusesBadInvocations)
 {
     QTemporaryDir dir;
     writeFile(dir.filePath("notes.txt"), "hello");
-    CliRun run = runCli({dir.path(), dir.filePath("missing.pdf")});
+    CliRun run = runCli({dir.path()});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_TRUE(
         run.err.contains("No supported files found. Tabrix reads PDF, PNG, JPEG, HEIC and TIFF files."));
@@ -70,6 +72,9 @@ TEST(BatchCli, RefusesBadInvocations)
     run = runCli({"--custom-fields", dir.filePath("defs.json"), samples});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_TRUE(run.err.contains("That file isn't a Tabrix custom-fields JSON file."));
+    run = runCli({"--custom-fields", dir.filePath("none.json"), samples});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.err.trimmed(), dir.filePath("none.json").toUtf8() + ": No such file or directory");
 
     for (const QStringList &args :
          {QStringList{"--format", "pdf", samples}, QStringList{"--format", "xlsx", samples},
@@ -103,6 +108,71 @@ TEST(BatchCli, CustomFieldsAndWorkbookOutput)
     run = runCli({"--quiet", "--output", dir.filePath("no/such/folder/out.json"), pdf});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_TRUE(run.err.contains("Export failed: "));
+}
+
+// Every input that cannot be read is a failure of its own, named on one line with its cause, while the
+// rest of the batch is read: a missing path, a named pipe (which must not block), a name with a newline,
+// and a name that is not UTF-8 (read, and shown with the byte escaped).
+TEST(BatchCli, UnreadableInputsFailOneByOne)
+{
+    QTemporaryDir dir;
+    const QByteArray folder = QFile::encodeName(dir.filePath("in"));
+    QDir().mkpath(dir.filePath("in"));
+    QFile pdf(samples + "/bluepeak-invoice.pdf");
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    const QByteArray bytes = pdf.readAll();
+    for (const QByteArray &name : {QByteArray("invoice-\xff.pdf"), QByteArray("bad\xfe.pdf")}) {
+        std::FILE *file = std::fopen(folder + "/" + name, "wb");
+        ASSERT_TRUE(file);
+        if (name.startsWith("invoice"))
+            std::fwrite(bytes.constData(), 1, size_t(bytes.size()), file);
+        std::fclose(file);
+    }
+    QFile png(samples + "/atelier-invoice-scan.png");
+    ASSERT_TRUE(png.open(QIODevice::ReadOnly));
+    writeFile(dir.filePath("in/cut.png"), png.read(2000));
+    writeFile(dir.filePath("two\nlines.pdf"), "");
+    ASSERT_EQ(QProcess::execute("mkfifo", {dir.filePath("pipe.pdf")}), 0);
+
+    const CliRun run = runCli({"--quiet", "--jobs", "1", dir.filePath("missing.pdf"),
+                               dir.filePath("pipe.pdf"), dir.filePath("two\nlines.pdf"), dir.filePath("in")});
+    EXPECT_EQ(run.exitCode, 2);
+    QList<QByteArray> lines = run.err.trimmed().split('\n');
+    lines.removeIf([](const QByteArray &line) { return line.startsWith("libpng error"); }); // not ours
+    ASSERT_EQ(lines.size(), 5) << run.err.toStdString();
+    const QByteArray base = QFile::encodeName(dir.path());
+    EXPECT_EQ(lines[0], base + "/missing.pdf: Failed: No such file or directory");
+    EXPECT_EQ(lines[1], base + "/pipe.pdf: Failed: not a regular file");
+    EXPECT_EQ(lines[2], base + "/two\\nlines.pdf: Failed: Can't open PDF: the file is damaged or not a PDF");
+    EXPECT_EQ(lines[3], folder + "/bad\\xfe.pdf: Failed: Can't open PDF: the file is damaged or not a PDF");
+    EXPECT_TRUE(lines[4].startsWith(folder + "/cut.png: Failed: ")) << lines[4].toStdString();
+    const QJsonArray docs = QJsonDocument::fromJson(run.out).array();
+    ASSERT_EQ(docs.size(), 1);
+    EXPECT_EQ(docs[0].toObject().value("number").toString(), QStringLiteral("BP-2024-0387"));
+}
+
+// A write to standard output that fails (a full disk) is an export failure, not success; a document
+// cut at the page limit says so unless quiet.
+TEST(BatchCli, ReportsFullOutputAndCutDocuments)
+{
+    QTemporaryDir dir;
+    QProcess process;
+    process.setStandardOutputFile(QStringLiteral("/dev/full"));
+    process.start(QStringLiteral(TABRIX_CLI), {"--quiet", samples + "/bluepeak-invoice.pdf"});
+    ASSERT_TRUE(process.waitForFinished(120000));
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_EQ(process.readAllStandardError().trimmed(),
+              QByteArray("tabrix-cli: Export failed: No space left on device"));
+
+    QStringList pages{"--empty", "--pages"};
+    for (int i = 0; i < 41; ++i)
+        pages.append(samples + "/bluepeak-invoice.pdf");
+    pages << "--" << dir.filePath("long.pdf");
+    ASSERT_EQ(QProcess::execute("qpdf", pages), 0);
+    const CliRun run = runCli({"--format", "csv", dir.filePath("long.pdf")});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.err.contains(dir.filePath("long.pdf").toUtf8() + ": read the first 40 of 41 pages"))
+        << run.err.toStdString();
 }
 
 } // namespace

@@ -34,4 +34,21 @@ TEST(SaveFile, ReportsFailure)
     EXPECT_FALSE(QFile::exists(path));
 }
 
+// When no temporary can be made beside the file (here its name leaves no room for the temporary's
+// suffix, as a read-only folder would), the save fails and the old file keeps every byte; a full device
+// says so in the system's words.
+TEST(SaveFile, FailureKeepsOldFile)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QString(250, u'x') + QStringLiteral(".csv"));
+    ASSERT_FALSE(Exporter::saveFile(path, "old content"));
+    const std::optional<TabrixError> error = Exporter::saveFile(path, "new");
+    ASSERT_TRUE(error);
+    EXPECT_EQ(readAll(path), QByteArray("old content"));
+
+    const std::optional<TabrixError> full = Exporter::saveFile(QStringLiteral("/dev/full"), "bytes");
+    ASSERT_TRUE(full);
+    EXPECT_EQ(full->message, QStringLiteral("No space left on device"));
+}
+
 } // namespace

@@ -66,7 +66,8 @@ TEST(ExportXlsx, ColumnNames)
         EXPECT_EQ(Exporter::colName(index), name) << index;
 }
 
-// Markup characters become entities, the apostrophe stays, controls other than tab/LF/CR vanish.
+// Markup characters become entities, the apostrophe stays, controls other than tab/LF/CR, the two
+// non-characters XML forbids and unpaired surrogates vanish; a surrogate pair (an emoji) stays.
 TEST(ExportXlsx, XmlEscape)
 {
     EXPECT_EQ(Exporter::xmlEscape("R&D <Ltd>"), QStringLiteral("R&amp;D &lt;Ltd&gt;"));
@@ -74,6 +75,9 @@ TEST(ExportXlsx, XmlEscape)
               QStringLiteral("&quot;O'Neil&quot;\t\n\r é"));
     const QString controls = QStringLiteral("a") + QChar(0x0c) + u'b' + QChar(0) + u'c' + QChar(0x1f) + u'd';
     EXPECT_EQ(Exporter::xmlEscape(controls), QStringLiteral("abcd"));
+    const QString forbidden = QStringLiteral("a") + QChar(0xFFFE) + u'b' + QChar(0xFFFF) + QChar(0xD800) +
+                              u'c' + QChar(0xDC00) + QStringLiteral("\U0001F600");
+    EXPECT_EQ(Exporter::xmlEscape(forbidden), QStringLiteral("abc\U0001F600"));
 }
 
 // A worksheet byte for byte: bold inline headers, numbers (".0" on whole ones) only in numeric columns

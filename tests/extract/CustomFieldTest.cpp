@@ -97,4 +97,35 @@ TEST(CustomField, RegexBox)
     EXPECT_EQ(field.box, rows[0].box(TextRange{7, 4}));
 }
 
+// Catastrophic backtracking is abandoned at the matching bound: the field stays empty and the caller
+// learns it; an ordinary pattern on the same text is not cut short, and keyword fields never are.
+TEST(CustomField, SlowPatternIsAbandoned)
+{
+    const QStringList invoice = {"Bluepeak Supplies Ltd Unit 4 Harbour Trading Estate Bristol",
+                                 "Invoice Number BP 2024 0387 issued to Northwind Analytics Group",
+                                 "Description Quantity Unit price Amount total due within thirty days",
+                                 "Ergonomic office chair with adjustable lumbar support 2 149 00 298 00",
+                                 "Subtotal 298 00 VAT twenty percent 59 60 Total due 357 60 GBP"};
+    const struct {
+        const char *pattern;
+        QStringList rows;
+        bool abandoned;
+        const char *value;
+    } cases[] = {
+        {R"(^(\w+\s?)+:$)", invoice, true, ""},
+        {"(a+)+$", {QString(40, u'a') + u'b'}, true, ""},
+        {R"(Total due (\d+ \d+))", invoice, false, "357 60"},
+    };
+    for (const auto &c : cases) {
+        bool abandoned = !c.abandoned;
+        const Field field =
+            Extractor::extractCustom(def(QString::fromUtf8(c.pattern), true), rowsOf(c.rows), &abandoned);
+        EXPECT_EQ(abandoned, c.abandoned) << c.pattern;
+        EXPECT_EQ(field.value, QString::fromUtf8(c.value)) << c.pattern;
+    }
+    bool abandoned = true;
+    Extractor::extractCustom(def(QStringLiteral("Total"), false), rowsOf(invoice), &abandoned);
+    EXPECT_FALSE(abandoned);
+}
+
 } // namespace

@@ -3,6 +3,7 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QLoggingCategory>
 #include <QPainter>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -132,14 +133,17 @@ TEST_F(ImageLoader, FailuresAndMislabelledFiles)
         file.write(bytes);
     }
     QFile::remove(path("deleted.png"));
-    for (const auto &[name, expected] : {std::pair{"corrupt.png", "Can't open image"},
-                                         {"corrupt.tiff", "Can't open image"},
-                                         {"corrupt.heic", "Can't open image"},
-                                         {"deleted.png", "Can't open image"},
+    ASSERT_TRUE(Fixtures::run("mkfifo", {path("pipe.png")}));
+    const char *const damaged = "Can't open image: the file is damaged or not an image";
+    for (const auto &[name, expected] : {std::pair{"corrupt.png", damaged},
+                                         {"corrupt.tiff", damaged},
+                                         {"corrupt.heic", damaged},
+                                         {"deleted.png", "Can't open image: No such file or directory"},
+                                         {"pipe.png", "Can't open image: not a regular file"},
                                          {"corrupt.jpg", "Couldn't decode image"},
                                          {"truncated.png", "Couldn't decode image"},
                                          {"notes.txt", "Unsupported file type"},
-                                         {"missing.PDF", "Can't open PDF"}}) {
+                                         {"missing.PDF", "Can't open PDF: No such file or directory"}}) {
         const auto result = load(path(name));
         EXPECT_EQ(result.index() == 1 ? std::get<1>(result).message : QString(),
                   QString::fromLatin1(expected))
@@ -148,3 +152,26 @@ TEST_F(ImageLoader, FailuresAndMislabelledFiles)
     EXPECT_TRUE(ocr.calls.isEmpty());
     EXPECT_EQ(pages(path("png.jpg")).value(0)->image.size(), QSize(200, 200));
 }
+
+namespace {
+
+QStringList captured;
+
+// Decoder warnings (Qt's image-I/O categories, libpng and libtiff text) stop at the filter; everything
+// else reaches the handler installed before it.
+TEST(DecoderWarnings, AreFilteredOut)
+{
+    const QtMessageHandler before = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &message) { captured.append(message); });
+    Pipeline::quietDecoderWarnings();
+    const QLoggingCategory imageio("qt.gui.imageio"), tiff("qt.imageformats.tiff"), other("tabrix.test");
+    qCWarning(imageio) << "libpng warning: iCCP: known incorrect sRGB profile";
+    qCWarning(tiff) << "f.tiff: unknown field with tag 65000";
+    qWarning("libpng warning: tEXt: CRC error");
+    qCWarning(other) << "kept";
+    qCritical("also kept");
+    qInstallMessageHandler(before);
+    EXPECT_EQ(captured, QStringList({"kept", "also kept"}));
+}
+
+} // namespace

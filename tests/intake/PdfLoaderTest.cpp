@@ -163,8 +163,9 @@ TEST_F(PdfLoader, FailuresAndPasswords)
     corrupt.close();
     Fixtures::writeRawPdf(path("empty.pdf"), {});
     writePage("flat.pdf", {}, QRectF(0, 0, 612, 0));
-    EXPECT_EQ(message(path("corrupt.pdf")), QStringLiteral("Can't open PDF"));
-    EXPECT_EQ(message(path("deleted.pdf")), QStringLiteral("Can't open PDF"));
+    EXPECT_EQ(message(path("corrupt.pdf")),
+              QStringLiteral("Can't open PDF: the file is damaged or not a PDF"));
+    EXPECT_EQ(message(path("deleted.pdf")), QStringLiteral("Can't open PDF: No such file or directory"));
     EXPECT_EQ(message(path("empty.pdf")), QStringLiteral("PDF has no pages"));
     EXPECT_EQ(message(path("flat.pdf")), QStringLiteral("Couldn't render PDF pages"));
 

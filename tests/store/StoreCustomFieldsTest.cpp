@@ -1,4 +1,5 @@
 #include "StoreTestSupport.h"
+#include "model/CustomFieldCodec.h"
 
 namespace {
 
@@ -46,7 +47,8 @@ TEST_F(StoreCustomFields, MissingOrCorruptFile)
 }
 
 // An exported file imported again replaces the list with the same definitions and ids; a file that is
-// missing or not a definitions list (here an object lacking "isRegex") is refused and changes nothing.
+// missing, not a definitions list (here an object lacking "isRegex") or naming one id twice is refused
+// with its own message and changes nothing.
 TEST_F(StoreCustomFields, ExportAndImport)
 {
     store->setCustomFields({po, ref});
@@ -62,11 +64,18 @@ TEST_F(StoreCustomFields, ExportAndImport)
     const QByteArray before = readBytes(saved());
     writeBytes(files.filePath("bad.json"),
                R"([{"id":"3F2504E0-4F89-11D3-9A0C-0305E82C3301","name":"PO","pattern":"x"}])");
-    for (const QString name : {"bad.json", "missing.json"}) {
+    writeBytes(files.filePath("twice.json"),
+               CustomFieldCodec::encode({po, ref, CustomFieldDef{po.id, "Copy", "x"}}));
+    const QString twice = "Two custom fields in that file have the same id " + uuidText(po.id) +
+                          " (\"PO\" and \"Copy\"); each field needs its own id.";
+    for (const auto &[name, message] :
+         {std::pair{"bad.json", notDefinitions},
+          {"twice.json", twice},
+          {"missing.json", files.filePath("missing.json") + ": No such file or directory"}}) {
         store->clearAlert();
         ui.openAnswer = files.filePath(name);
         store->importCustomFields();
-        EXPECT_EQ(store->alertText(), notDefinitions);
+        EXPECT_EQ(store->alertText(), message);
         EXPECT_EQ(store->customFields(), (QList<CustomFieldDef>{po, ref}));
         EXPECT_EQ(readBytes(saved()), before);
     }
@@ -92,6 +101,7 @@ TEST_F(StoreCustomFields, SyncUpdatesReadyDocuments)
     const CustomFieldDef added{QUuid::createUuid(), "Extra", "Extra", false};
     store->setCustomFields({changed, renamed, added});
     store->syncCustomFields();
+    ASSERT_TRUE(waitUntil([&] { return !store->isSyncing(); }));
 
     const QList<Field> synced = docs[0]->fields();
     ASSERT_EQ(synced.size(), 11);
@@ -108,6 +118,26 @@ TEST_F(StoreCustomFields, SyncUpdatesReadyDocuments)
     store->setCustomFields({});
     store->syncCustomFields();
     EXPECT_EQ(docs[0]->fields(), fields.first(8));
+}
+
+// A pattern that backtracks without end is extracted off the calling thread: the call returns with the
+// field pending, and the field comes back empty with the pattern marked as too slow.
+TEST_F(StoreCustomFields, SlowPatternSyncsInBackground)
+{
+    const QList<DocPtr> docs = readBatch(1);
+    const CustomFieldDef slow{QUuid::createUuid(), "Slow", "(a+)+$", true};
+    const CustomFieldDef quick{QUuid::createUuid(), "Quick", "a+", true};
+    docs[0]->rows = {Row(0, {TextLine{QString(40, u'a') + u'b', QRectF(0.1, 0.1, 0.5, 0.02), 0}})};
+    store->setCustomFields({slow, quick});
+    store->syncCustomFields();
+    EXPECT_TRUE(store->isSyncing());
+    ASSERT_TRUE(waitUntil([&] { return !store->isSyncing(); }, 60000));
+    const QList<Field> fields = docs[0]->fields();
+    ASSERT_EQ(fields.size(), 10);
+    EXPECT_EQ(fields[8].value, "");
+    EXPECT_EQ(fields[8].source, "re|(a+)+$");
+    EXPECT_EQ(fields[9].value, QString(40, u'a'));
+    EXPECT_EQ(store->slowPatterns(), QSet<QString>{"re|(a+)+$"});
 }
 
 } // namespace

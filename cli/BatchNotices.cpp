@@ -1,0 +1,28 @@
+#include "BatchNotices.h"
+
+#include "Commands.h"
+#include "intake/NativeNames.h"
+
+#include <QLocale>
+
+void BatchNotices::read(const QString &path, const Processing::Loaded &loaded)
+{
+    for (const QUuid &id : loaded.extraction.slowPatterns) {
+        if (m_toldSlow.contains(id))
+            continue;
+        m_toldSlow.insert(id);
+        for (const CustomFieldDef &def : std::as_const(m_defs)) {
+            if (def.id == id)
+                printError(
+                    QStringLiteral("Custom field \"%1\": the pattern %2 is too slow; it was stopped and "
+                                   "left empty where it ran too long (first in %3)")
+                        .arg(def.name, def.pattern, Pipeline::displayName(path)));
+        }
+    }
+    if (!m_quiet && loaded.pagesInFile > loaded.pagesRead) {
+        const QLocale english(QLocale::English, QLocale::UnitedStates);
+        printError(QStringLiteral("%1: read the first %2 of %3 pages")
+                       .arg(Pipeline::displayName(path), english.toString(loaded.pagesRead),
+                            english.toString(loaded.pagesInFile)));
+    }
+}
