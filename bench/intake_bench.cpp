@@ -173,7 +173,7 @@ void OcrWithEngineStart(benchmark::State &state)
 {
     const QImage image = files().pageImage;
     for (auto _ : state) {
-        auto engine = Ocr::createTesseract(Ocr::languages());
+        auto engine = Ocr::createTesseract(Ocr::languages(), RuleSet::Full);
         benchmark::DoNotOptimize(engine->recognize(image, 0));
     }
 }

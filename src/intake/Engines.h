@@ -24,7 +24,8 @@ public:
 };
 
 /// Entry points of the module, resolved by name.
-using CreateTesseract = Ocr::Engine *(*)(const char *languagesUtf8);
+/// `modelFolderUtf8` empty: the system's models; `rules`: int(RuleSet).
+using CreateTesseract = Ocr::Engine *(*)(const char *languagesUtf8, const char *modelFolderUtf8, int rules);
 using OpenHeif = ImageSource *(*)(const char *pathLocal8);
 constexpr const char *createTesseractName = "tabrix_create_tesseract";
 constexpr const char *openHeifName = "tabrix_open_heif";

@@ -109,8 +109,8 @@ Expected<QList<PagePtr>> loadImage(const QString &path, const LoadOptions &optio
         // Page numbers count the pages kept, so they stay consecutive when a frame could not be decoded.
         const int page = int(pages.size());
         const PageImage::Grey grey = PageImage::toGrey(image);
-        Ocr::Engine &engine = options.ocr ? *options.ocr : Ocr::threadEngine();
-        auto lines = engine.recognize(grey.image, page);
+        Ocr::Engine &engine = options.ocr ? *options.ocr : Ocr::threadEngine(options.rules);
+        auto lines = Ocr::read(engine, grey.image, page, options.rules);
         if (auto *failed = std::get_if<TabrixError>(&lines))
             return *failed;
         auto data = std::make_shared<PageData>();

@@ -163,8 +163,8 @@ Expected<PagePtr> loadPage(Poppler::Document &doc, int i, int n, const LoadOptio
             report(DocStatus::Recognizing, 0.02 + 0.9 * i / n + 0.2 * 0.9 / n);
         if (!image.isNull()) {
             const PageImage::Grey grey = PageImage::toGrey(image);
-            Ocr::Engine &engine = options.ocr ? *options.ocr : Ocr::threadEngine();
-            auto lines = engine.recognize(grey.image, i);
+            Ocr::Engine &engine = options.ocr ? *options.ocr : Ocr::threadEngine(options.rules);
+            auto lines = Ocr::read(engine, grey.image, i, options.rules);
             if (auto *failed = std::get_if<TabrixError>(&lines))
                 return *failed;
             data->lines = std::get<QList<TextLine>>(std::move(lines));

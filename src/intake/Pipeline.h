@@ -27,7 +27,7 @@ struct LoadOptions {
     /// False where no one will look at the pages (the CLI): pages with enough digital text are not
     /// rasterised and PageData::image stays null. Pages that need recognition are still rendered for OCR.
     bool renderImages = true;
-    /// The recogniser; null means each loading thread's own Tesseract engine (Ocr::threadEngine).
+    /// The recogniser; null means each loading thread's own Tesseract engine for `rules` (Ocr::threadEngine).
     /// One passed in is used from the calling thread only, so its PDF pages are read one at a time.
     Ocr::Engine *ocr = nullptr;
     /// Threads reading the pages of one PDF: the calling one plus helpers from the global thread pool, taken
@@ -66,7 +66,8 @@ QList<PagePtr> noteCut(QList<PagePtr> pages, int read, int inFile);
 /// the user learns of a file that cannot be read from its failure. Other messages pass on unchanged.
 void quietDecoderWarnings();
 
-/// The text lines of `image` as the calling thread's Tesseract engine reads them, each tagged with `page`.
-Expected<QList<TextLine>> ocr(const QImage &image, int page);
+/// The text lines of `image` as the calling thread's Tesseract engine reads them by `rules`, each tagged
+/// with `page`.
+Expected<QList<TextLine>> ocr(const QImage &image, int page, RuleSet rules = RuleSet::Full);
 
 } // namespace Pipeline

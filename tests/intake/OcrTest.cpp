@@ -2,15 +2,22 @@
 #include "Fixtures.h"
 #include "intake/Pipeline.h"
 
+#include <QDir>
+#include <QFile>
 #include <QPainter>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+// Both rule sets read clean pages alike: core keeps the plain procedure, full must not lose what it reads.
+class OcrRules : public testing::TestWithParam<RuleSet> {};
+INSTANTIATE_TEST_SUITE_P(BothRuleSets, OcrRules, testing::Values(RuleSet::Core, RuleSet::Full),
+                         [](const auto &info) { return info.param == RuleSet::Core ? "Core" : "Full"; });
+
 // Tesseract reads a rendered invoice line by line, with boxes where the lines were drawn (normalised,
 // top-left origin), tagged with the page asked for; a blank page is simply empty.
-TEST(Ocr, ReadsInvoiceLinesWithBoxes)
+TEST_P(OcrRules, ReadsInvoiceLinesWithBoxes)
 {
-    const auto result = Pipeline::ocr(Fixtures::invoiceImage(1700), 3);
+    const auto result = Pipeline::ocr(Fixtures::invoiceImage(1700), 3, GetParam());
     ASSERT_EQ(result.index(), 0u) << std::get<1>(result).message.toStdString();
     const QStringList expected = Fixtures::invoiceLines();
     int exact = 0;
@@ -27,14 +34,14 @@ TEST(Ocr, ReadsInvoiceLinesWithBoxes)
 
     QImage blank(1200, 1600, QImage::Format_RGB32);
     blank.fill(Qt::white);
-    const auto none = Pipeline::ocr(blank, 0);
+    const auto none = Pipeline::ocr(blank, 0, GetParam());
     ASSERT_EQ(none.index(), 0u);
     EXPECT_TRUE(std::get<0>(none).isEmpty());
 }
 
 // A narrow column of single digits, which page segmentation merges into one tall line of garbage, is read
 // again as a block and comes back as one line per row.
-TEST(Ocr, NarrowDigitColumnIsReadLineByLine)
+TEST_P(OcrRules, NarrowDigitColumnIsReadLineByLine)
 {
     QImage receipt(1200, 1600, QImage::Format_Grayscale8);
     receipt.fill(255);
@@ -50,7 +57,7 @@ TEST(Ocr, NarrowDigitColumnIsReadLineByLine)
         painter.drawText(QPointF(1000, 300 + i * 35.2), QStringLiteral("%1.50").arg(2 + i));
     }
     painter.end();
-    const auto result = Pipeline::ocr(receipt, 0);
+    const auto result = Pipeline::ocr(receipt, 0, GetParam());
     ASSERT_EQ(result.index(), 0u);
     QList<TextLine> column;
     for (const TextLine &line : std::get<0>(result))
@@ -94,4 +101,34 @@ TEST(Ocr, ScannedPdfPageIsRecognised)
     for (const TextLine &line : page->lines)
         texts.append(line.text.simplified());
     EXPECT_TRUE(texts.contains(QStringLiteral("Total Due 49.80"))) << texts.join(u'|').toStdString();
+}
+
+// Full rules take the first folder that holds every language asked for, and the system's models when none
+// does; a folder whose model does not load (a broken download) falls back to the system's and still reads.
+TEST(Ocr, ModelFolderFallsBackToTheSystemModels)
+{
+    QTemporaryDir best, broken, empty;
+    for (const char *name : {"eng.traineddata", "deu.traineddata"}) {
+        QFile model(best.filePath(QString::fromLatin1(name)));
+        ASSERT_TRUE(model.open(QIODevice::WriteOnly));
+        model.write("not a model");
+    }
+    QFile garbage(broken.filePath(QStringLiteral("eng.traineddata")));
+    ASSERT_TRUE(garbage.open(QIODevice::WriteOnly));
+    garbage.write("not a model");
+    garbage.close();
+
+    const QStringList folders{empty.path(), broken.path(), best.path()};
+    EXPECT_EQ(Ocr::modelFolder(QStringLiteral("eng"), folders), QDir(broken.path()).absolutePath());
+    EXPECT_EQ(Ocr::modelFolder(QStringLiteral("eng+deu"), folders), QDir(best.path()).absolutePath());
+    EXPECT_EQ(Ocr::modelFolder(QStringLiteral("eng+fra"), folders), QString());
+    EXPECT_EQ(Ocr::modelFolder(QStringLiteral("eng"), {empty.path()}), QString());
+
+    const auto engine = Ocr::createTesseract(QStringLiteral("eng"), broken.path(), RuleSet::Full);
+    const auto result = engine->recognize(Fixtures::invoiceImage(1700), 0);
+    ASSERT_EQ(result.index(), 0u) << std::get<1>(result).message.toStdString();
+    QStringList texts;
+    for (const TextLine &line : std::get<0>(result))
+        texts.append(line.text.simplified());
+    EXPECT_TRUE(texts.contains(Fixtures::invoiceLines().first())) << texts.join(u'|').toStdString();
 }
