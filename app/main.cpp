@@ -45,7 +45,7 @@ int main(int argc, char **argv)
     Store store(options);
     MainWindow window(store);
     dialogs.setWindow(&window);
-    window.resize(1440, 900);
+    window.restoreLayout(QSize(1440, 900));
     window.show();
     window.raise();
     window.activateWindow();

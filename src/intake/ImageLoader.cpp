@@ -123,7 +123,11 @@ Expected<QList<PagePtr>> loadImage(const QString &path, const LoadOptions &optio
 
 Expected<QList<PagePtr>> load(const QString &path, const LoadOptions &options, const Report &report)
 {
-    const QString ext = QFileInfo(path).suffix().toLower();
+    const QFileInfo info(path);
+    // Said apart from a damaged file: an empty one is usually a download or copy that did not finish.
+    if (info.isFile() && info.size() == 0)
+        return TabrixError{QStringLiteral("The file is empty")};
+    const QString ext = info.suffix().toLower();
     if (ext == QLatin1String("pdf"))
         return loadPDF(path, options, report);
     if (imageExts().contains(ext))
