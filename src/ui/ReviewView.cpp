@@ -131,7 +131,6 @@ void ReviewView::buildReady()
     paneScroll->setWidget(m_pane);
     paneScroll->setWidgetResizable(true);
     paneScroll->setFrameShape(QFrame::NoFrame);
-    paneScroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_form = new FormPane(m_store, m_doc);
     auto *scroll = new QScrollArea;
     scroll->setWidget(m_form);
@@ -142,6 +141,7 @@ void ReviewView::buildReady()
     split->addWidget(scroll);
     split->setStretchFactor(0, 1);
     split->setStretchFactor(1, 1);
+    split->setSizes({1000, 1000}); // halves, whatever either side's preferred width
     if (!m_splitState.isEmpty())
         split->restoreState(m_splitState);
     connect(split, &QSplitter::splitterMoved, this, [this] {
