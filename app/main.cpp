@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QIcon>
 #include <QScreen>
 #include <QTimer>
 #include <QUrl>
@@ -38,6 +39,9 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tabrix"));
     QApplication::setApplicationDisplayName(QStringLiteral("Tabrix"));
+    // The installed desktop entry and icon (app/linux) are named "tabrix".
+    QGuiApplication::setDesktopFileName(QStringLiteral("tabrix"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("tabrix")));
 
     DialogStoreUi dialogs;
     StoreOptions options;
