@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QIcon>
 #include <QScreen>
 #include <QTimer>
 #include <QUrl>
@@ -40,6 +41,9 @@ int main(int argc, char **argv)
     Pipeline::quietDecoderWarnings();
     QApplication::setApplicationName(QStringLiteral("Tabrix"));
     QApplication::setApplicationDisplayName(QStringLiteral("Tabrix"));
+    // The installed desktop entry and icon (app/linux) are named "tabrix".
+    QGuiApplication::setDesktopFileName(QStringLiteral("tabrix"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("tabrix")));
 
     DialogStoreUi dialogs;
     StoreOptions options;
@@ -47,7 +51,7 @@ int main(int argc, char **argv)
     Store store(options);
     MainWindow window(store);
     dialogs.setWindow(&window);
-    window.resize(1440, 900);
+    window.restoreLayout(QSize(1440, 900));
     window.show();
     window.raise();
     window.activateWindow();

@@ -2,6 +2,8 @@
 // pipeline and grabs the main states into a folder. Run by hand:
 //   ninja -C build ui_screenshots && build/ui_screenshots docs samples/documents
 // Uses a temporary folder for custom field definitions, so the user's own are never touched.
+#include "model/Doubts.h"
+#include "model/Money.h"
 #include "store/Store.h"
 #include "ui/CustomFieldsDialog.h"
 #include "ui/FormPane.h"
@@ -131,6 +133,26 @@ int main(int argc, char **argv)
     }
     pause(100);
     ok = save(window.grab(), out, QStringLiteral("tabrix-review.png")) && ok;
+
+    // A document whose amounts do not add up: one of the samples if the reading doubts one, else the
+    // scanned invoice with 90 added to its total, as one misread digit would.
+    DocPtr doubtful;
+    for (const DocPtr &d : store.docs()) {
+        if (!d->approved() && !Doubts::of(d->fields(), d->items()).isEmpty())
+            doubtful = d;
+    }
+    if (!doubtful) {
+        doubtful = named(store, QStringLiteral("northwind-invoice-scanned.pdf"));
+        QList<Field> fields = doubtful->fields();
+        for (Field &f : fields) {
+            if (const auto total = Money::parse(f.value); f.key == QLatin1String("total") && total)
+                f.value = Money::fixed2(*total + 90.0);
+        }
+        doubtful->setFields(fields);
+    }
+    store.setSelectedID(doubtful->id());
+    pause(100);
+    ok = save(window.grab(), out, QStringLiteral("tabrix-flagged.png")) && ok;
 
     CustomFieldDef po;
     po.name = QStringLiteral("PO number");

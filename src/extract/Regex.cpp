@@ -24,15 +24,23 @@ icu::UnicodeString alias(const QString &text)
     return icu::UnicodeString(false, reinterpret_cast<const UChar *>(text.utf16()), int32_t(text.size()));
 }
 
-std::unique_ptr<Regex::Compiled> compile(const QString &pattern, bool caseInsensitive)
+std::unique_ptr<Regex::Compiled> compile(const QString &pattern, bool caseInsensitive,
+                                         QString *error = nullptr)
 {
     UParseError parseError{};
+    parseError.offset = -1;
     UErrorCode status = U_ZERO_ERROR;
     const uint32_t flags = caseInsensitive ? UREGEX_CASE_INSENSITIVE : 0;
     std::unique_ptr<icu::RegexPattern> compiled(
         icu::RegexPattern::compile(alias(pattern), flags, parseError, status));
-    if (U_FAILURE(status))
+    if (U_FAILURE(status)) {
+        if (error) {
+            *error = QString::fromLatin1(u_errorName(status));
+            if (parseError.offset >= 0)
+                *error += QStringLiteral(" at offset ") + QString::number(parseError.offset);
+        }
         return nullptr;
+    }
     auto result = std::make_unique<Regex::Compiled>();
     result->pattern = std::move(compiled);
     return result;
@@ -101,6 +109,13 @@ std::optional<Regex> Regex::tryCompile(const QString &pattern, bool caseInsensit
     if (!regex.m_pattern)
         return std::nullopt;
     return regex;
+}
+
+QString Regex::compileError(const QString &pattern, bool caseInsensitive)
+{
+    QString error;
+    compile(pattern, caseInsensitive, &error);
+    return error;
 }
 
 Regex::Regex(Regex &&) noexcept = default;

@@ -43,6 +43,10 @@ public:
     explicit Regex(const QString &pattern, bool caseInsensitive = true);
     /// Compiles a user's pattern; nothing when it does not compile.
     static std::optional<Regex> tryCompile(const QString &pattern, bool caseInsensitive = true);
+    /// Why a user's pattern does not compile: ICU's error name (such as "U_REGEX_MISMATCHED_PAREN")
+    /// followed by " at offset N" (a UTF-16 offset into the pattern) when ICU names a place; empty when
+    /// it compiles.
+    static QString compileError(const QString &pattern, bool caseInsensitive = true);
 
     Regex(Regex &&) noexcept;
     Regex &operator=(Regex &&) noexcept;

@@ -12,8 +12,12 @@ const Module &module()
     static const Module loaded = [] {
         Module m;
         QStringList folders;
-        if (QCoreApplication::instance())
+        if (QCoreApplication::instance()) {
             folders.append(QCoreApplication::applicationDirPath());
+            // Where `cmake --install` puts it: the library folder beside the programs' folder.
+            folders.append(QCoreApplication::applicationDirPath() +
+                           QStringLiteral("/" TABRIX_ENGINES_FROM_BIN));
+        }
         folders.append(QStringLiteral(TABRIX_ENGINES_DIR));
         QLibrary library;
         for (const QString &folder : std::as_const(folders)) {

@@ -129,6 +129,9 @@ Expected<QList<PagePtr>> load(const QString &given, const LoadOptions &options, 
     const QString ext = QFileInfo(given).suffix().toLower();
     // A name that is not valid UTF-8 is read through a link with a name Qt and the decoders can open.
     const auto [path, keepAlive] = openablePath(given);
+    // Said apart from a damaged file: an empty one is usually a download or copy that did not finish.
+    if (const QFileInfo info(path); info.isFile() && info.size() == 0)
+        return TabrixError{QStringLiteral("The file is empty")};
     if (ext == QLatin1String("pdf"))
         return loadPDF(path, options, report);
     if (imageExts().contains(ext))

@@ -50,7 +50,7 @@ Expected<QList<PagePtr>> loadPDF(const QString &path, const LoadOptions &options
 Expected<QList<PagePtr>> loadImage(const QString &path, const LoadOptions &options, const Report &report);
 
 /// loadPDF for ".pdf", loadImage for the image extensions, "Unsupported file type" otherwise
-/// (extensions compared lower-cased).
+/// (extensions compared lower-cased). A file of zero bytes fails first with "The file is empty".
 Expected<QList<PagePtr>> load(const QString &path, const LoadOptions &options, const Report &report);
 
 /// Nothing when `path` names a regular file that can be opened for reading; otherwise `what` and the

@@ -1,9 +1,25 @@
 #include "BatchSummary.h"
 
+#include "model/Doubts.h"
 #include "model/Money.h"
 
 #include <QHash>
 #include <QMap>
+
+namespace {
+
+QString currencyOf(const DocItem &doc)
+{
+    const QString currency = doc.value(QStringLiteral("currency")).trimmed().toUpper();
+    return currency.isEmpty() ? QStringLiteral("—") : currency;
+}
+
+bool isFlagged(const DocItem &doc)
+{
+    return doc.status().kind() == DocStatus::Ready && !Doubts::of(doc.fields(), doc.items()).isEmpty();
+}
+
+} // namespace
 
 namespace BatchSummary {
 
@@ -37,9 +53,7 @@ QList<CurrencyTotals> currencyTotals(const QList<DocPtr> &docs)
     for (const DocPtr &doc : docs) {
         if (doc->status().kind() != DocStatus::Ready)
             continue;
-        QString currency = doc->value(QStringLiteral("currency")).trimmed().toUpper();
-        if (currency.isEmpty())
-            currency = QStringLiteral("—");
+        const QString currency = currencyOf(*doc);
         CurrencyTotals &entry = byCurrency[currency];
         entry.currency = currency;
         auto amount = [&](const char *key) {
@@ -53,6 +67,26 @@ QList<CurrencyTotals> currencyTotals(const QList<DocPtr> &docs)
             entry.approvedTotal += total;
     }
     return byCurrency.values();
+}
+
+QSet<QUuid> flaggedIDs(const QList<DocPtr> &docs)
+{
+    QSet<QUuid> ids;
+    for (const DocPtr &doc : docs) {
+        if (isFlagged(*doc))
+            ids.insert(doc->id());
+    }
+    return ids;
+}
+
+QMap<QString, qsizetype> flaggedPerCurrency(const QList<DocPtr> &docs)
+{
+    QMap<QString, qsizetype> counts;
+    for (const DocPtr &doc : docs) {
+        if (isFlagged(*doc))
+            ++counts[currencyOf(*doc)];
+    }
+    return counts;
 }
 
 } // namespace BatchSummary

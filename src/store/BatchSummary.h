@@ -3,6 +3,7 @@
 #include "DocPtr.h"
 
 #include <QList>
+#include <QMap>
 #include <QSet>
 #include <QString>
 #include <QUuid>
@@ -29,5 +30,12 @@ QSet<QUuid> duplicateIDs(const QList<DocPtr> &docs);
 /// Sums of subtotal, tax and total per currency (trimmed, upper-cased; "—" when empty), sorted by
 /// currency text. Unparseable amounts count as 0.
 QList<CurrencyTotals> currencyTotals(const QList<DocPtr> &docs);
+
+/// Ids of ready documents with at least one doubt about their amounts (Doubts::of).
+QSet<QUuid> flaggedIDs(const QList<DocPtr> &docs);
+
+/// How many flagged ready documents each currency of currencyTotals has; currencies without any are
+/// left out.
+QMap<QString, qsizetype> flaggedPerCurrency(const QList<DocPtr> &docs);
 
 } // namespace BatchSummary

@@ -163,9 +163,93 @@ void Store::clearAll()
         disconnect(connection);
     m_subscriptions.clear();
     m_docs.clear();
+    m_exported.clear();
     emit docsChanged();
     emit changed();
     setSelectedID(QUuid());
+}
+
+namespace {
+
+bool hasHandEdits(const DocItem &doc)
+{
+    return std::any_of(doc.fields().cbegin(), doc.fields().cend(), [](const Field &f) { return f.edited; }) ||
+           std::any_of(doc.items().cbegin(), doc.items().cend(), [](const LineItem &i) { return i.edited; });
+}
+
+QString documents(qsizetype count)
+{
+    return QString::number(count) +
+           (count == 1 ? QStringLiteral(" approved document") : QStringLiteral(" approved documents"));
+}
+
+} // namespace
+
+bool Store::hasWorkToLose() const
+{
+    return std::any_of(m_docs.cbegin(), m_docs.cend(),
+                       [](const DocPtr &d) { return d->approved() || hasHandEdits(*d); });
+}
+
+void Store::clearAllAsking()
+{
+    if (hasWorkToLose()) {
+        const qsizetype approved = approvedDocs().size();
+        const QString detail =
+            (approved > 0 ? documents(approved) + QStringLiteral(" and every correction")
+                          : QStringLiteral("Every correction")) +
+            QStringLiteral(" in this batch will be lost. The files themselves are not touched.");
+        if (!m_ui || !m_ui->confirm(QStringLiteral("Clear the batch?"), detail, QStringLiteral("Clear")))
+            return;
+    }
+    clearAll();
+}
+
+void Store::reprocessAsking(const DocPtr &doc)
+{
+    if (!doc)
+        return;
+    if (hasHandEdits(*doc) &&
+        (!m_ui ||
+         !m_ui->confirm(QStringLiteral("Re-read \u201C") + doc->fileName() + QStringLiteral("\u201D?"),
+                        QStringLiteral("Your corrections to this document will be replaced by what "
+                                       "is read from the file again."),
+                        QStringLiteral("Re-read"))))
+        return;
+    reprocess(doc);
+}
+
+QList<DocPtr> Store::unexportedApproved() const
+{
+    QList<DocPtr> docs;
+    for (const DocPtr &d : m_docs) {
+        if (!d->approved())
+            continue;
+        const auto exported = m_exported.constFind(d->id());
+        if (exported == m_exported.cend() || exported->fields != d->fields() || exported->items != d->items())
+            docs.append(d);
+    }
+    return docs;
+}
+
+bool Store::mayQuit()
+{
+    const qsizetype count = unexportedApproved().size();
+    if (count == 0)
+        return true;
+    const QString detail = documents(count) +
+                           (count == 1 ? QStringLiteral(" has") : QStringLiteral(" have")) +
+                           QStringLiteral(" not been exported since the last change. Quitting loses them.");
+    return m_ui && m_ui->confirm(QStringLiteral("Quit without exporting?"), detail, QStringLiteral("Quit"));
+}
+
+void Store::markExported()
+{
+    // The clipboard does not count: on X11 its contents leave with the program.
+    for (const DocPtr &d : std::as_const(m_docs)) {
+        if (d->approved())
+            m_exported.insert(d->id(), {d->fields(), d->items()});
+    }
 }
 
 void Store::startProcessing()
@@ -376,16 +460,19 @@ Table Store::table() const
                                               : Exporter::lineItems(docs);
 }
 
-void Store::save(const QString &name, const QString &filter,
+bool Store::save(const QString &name, const QString &filter,
                  const std::function<std::optional<TabrixError>(const QString &path)> &write)
 {
     if (!m_ui)
-        return;
+        return false;
     const QString path = m_ui->chooseFileToSave(name, filter);
     if (path.isEmpty())
-        return;
-    if (const auto error = write(path))
+        return false;
+    if (const auto error = write(path)) {
         setAlertText(ExportText::exportFailed(error->message));
+        return false;
+    }
+    return true;
 }
 
 void Store::exportCSV()
@@ -396,8 +483,9 @@ void Store::exportCSV()
     }
     // Built before the dialog opens: the file holds the documents as they were when asked for.
     const QByteArray bytes = Exporter::csv(table()).toUtf8();
-    save(ExportText::csvFileName(m_layout), QStringLiteral("CSV (*.csv)"),
-         [&](const QString &path) { return Exporter::saveFile(path, bytes); });
+    if (save(ExportText::csvFileName(m_layout), QStringLiteral("CSV (*.csv)"),
+             [&](const QString &path) { return Exporter::saveFile(path, bytes); }))
+        markExported();
 }
 
 void Store::copyTSV()
@@ -420,8 +508,9 @@ void Store::exportJSON()
         return;
     }
     const QByteArray bytes = Exporter::json(docs, m_customFields);
-    save(ExportText::jsonFileName(), QString::fromLatin1(jsonFilter),
-         [&](const QString &path) { return Exporter::saveFile(path, bytes); });
+    if (save(ExportText::jsonFileName(), QString::fromLatin1(jsonFilter),
+             [&](const QString &path) { return Exporter::saveFile(path, bytes); }))
+        markExported();
 }
 
 void Store::exportXLSX()
@@ -432,13 +521,14 @@ void Store::exportXLSX()
         return;
     }
     const QList<Exporter::Sheet> sheets = Exporter::workbookSheets(docs, m_customFields);
-    save(ExportText::xlsxFileName(), QStringLiteral("Excel workbook (*.xlsx)"),
-         [&](const QString &path) -> std::optional<TabrixError> {
-             Expected<QByteArray> workbook = Exporter::xlsx(sheets);
-             if (const auto *error = std::get_if<TabrixError>(&workbook))
-                 return *error;
-             return Exporter::saveFile(path, std::get<QByteArray>(workbook));
-         });
+    if (save(ExportText::xlsxFileName(), QStringLiteral("Excel workbook (*.xlsx)"),
+             [&](const QString &path) -> std::optional<TabrixError> {
+                 Expected<QByteArray> workbook = Exporter::xlsx(sheets);
+                 if (const auto *error = std::get_if<TabrixError>(&workbook))
+                     return *error;
+                 return Exporter::saveFile(path, std::get<QByteArray>(workbook));
+             }))
+        markExported();
 }
 
 // ---- Custom field definitions -----------------------------------------------------------------------

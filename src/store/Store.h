@@ -82,6 +82,21 @@ public:
     /// Empties the batch and the selection. A running document finishes in the background, unseen.
     void clearAll();
 
+    // ---- Work that a stray click could lose ----------------------------------------------------------
+    // The asking forms below are what the window's commands call; they ask through StoreUi::confirm only
+    // when there is something to lose, and a declined (or unanswered) question changes nothing.
+
+    /// True when a document is approved or holds a hand-corrected field or line item.
+    bool hasWorkToLose() const;
+    /// clearAll(), after asking when hasWorkToLose().
+    void clearAllAsking();
+    /// reprocess(), after asking when the document holds a hand-corrected field or line item.
+    void reprocessAsking(const DocPtr &doc);
+    /// Approved documents that no export to a file has written as they are now, in batch order.
+    QList<DocPtr> unexportedApproved() const;
+    /// Whether the application may quit now: asks when unexportedApproved() is not empty.
+    bool mayQuit();
+
     // ---- Review -------------------------------------------------------------------------------------
 
     /// Id of the selected document; null when none. An id naming no document counts as none.
@@ -117,6 +132,10 @@ public:
     QSet<QUuid> duplicateIDs() const { return BatchSummary::duplicateIDs(m_docs); }
     /// Per-currency sums over the ready documents, sorted by currency.
     QList<CurrencyTotals> currencyTotals() const { return BatchSummary::currencyTotals(m_docs); }
+    /// Ids of ready documents whose amounts are in doubt.
+    QSet<QUuid> flaggedIDs() const { return BatchSummary::flaggedIDs(m_docs); }
+    /// Flagged documents per currency (as currencyTotals names them).
+    QMap<QString, qsizetype> flaggedPerCurrency() const { return BatchSummary::flaggedPerCurrency(m_docs); }
 
     // ---- Messages -----------------------------------------------------------------------------------
 
@@ -202,7 +221,8 @@ private:
     QList<const DocItem *> approvedForExport() const;
     Table table() const;
     /// Asks for a location (proposing `name`) and runs `write` on it; a failure becomes the alert.
-    void save(const QString &name, const QString &filter,
+    /// Returns true when the file was written.
+    bool save(const QString &name, const QString &filter,
               const std::function<std::optional<TabrixError>(const QString &path)> &write);
 
     QString m_dataFolder;
@@ -217,6 +237,13 @@ private:
     RowLayout m_layout = RowLayout::perDocument;
     QList<CustomFieldDef> m_customFields;
     QHash<QUuid, QMetaObject::Connection> m_subscriptions;
+    /// Per document, its fields and items as the last export to a file wrote them.
+    struct Exported {
+        QList<Field> fields;
+        QList<LineItem> items;
+    };
+    QHash<QUuid, Exported> m_exported;
+    void markExported();
     bool m_processing = false;
     // One worker thread kept alive, so per-thread engines (text recognition) are set up once.
     QThreadPool m_pool;

@@ -3,8 +3,8 @@
 #include <QString>
 #include <QStringList>
 
-/// The few things the store asks of a person: file choosers and the clipboard. The desktop
-/// application answers with real dialogs; tests answer with prepared values; without one the store
+/// The few things the store asks of a person: file choosers, yes-or-no questions and the clipboard. The
+/// desktop application answers with real dialogs; tests answer with prepared values; without one the store
 /// behaves as if every dialog were cancelled. Every call is made on the main thread and may block
 /// (dialogs are modal).
 class StoreUi {
@@ -25,4 +25,12 @@ public:
 
     /// Replaces the clipboard's contents with plain `text`.
     virtual void setClipboardText(const QString &text) = 0;
+
+    /// Asks before something that loses work: `question` as the title line, `detail` below it, a button
+    /// labelled `action` that goes ahead and a "Cancel" that is the default. Returns true only when the
+    /// person chose `action`. Without an answer (this default) nothing is lost.
+    virtual bool confirm(const QString & /*question*/, const QString & /*detail*/, const QString & /*action*/)
+    {
+        return false;
+    }
 };

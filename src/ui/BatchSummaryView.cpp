@@ -1,5 +1,6 @@
 #include "BatchSummaryView.h"
 
+#include "SafeFocus.h"
 #include "SymbolLabel.h"
 #include "Theme.h"
 #include "model/Money.h"
@@ -55,12 +56,15 @@ BatchSummaryView::BatchSummaryView(Store &store, QWidget *parent) : QWidget(pare
     layout->addLayout(buttons);
 
     connect(m_approveAll, &QPushButton::clicked, &m_store, &Store::approveAllReady);
-    connect(m_clear, &QPushButton::clicked, &m_store, &Store::clearAll);
+    connect(m_clear, &QPushButton::clicked, &m_store, &Store::clearAllAsking);
+    SafeFocus::guard(m_approveAll);
+    SafeFocus::guard(m_clear);
     connect(&m_store, &Store::changed, this, &BatchSummaryView::refresh);
     refresh();
 }
 
-QString BatchSummaryView::countsText(qsizetype files, qsizetype ready, qsizetype approved, qsizetype failed)
+QString BatchSummaryView::countsText(qsizetype files, qsizetype ready, qsizetype approved, qsizetype failed,
+                                     qsizetype flagged)
 {
     const QString dot = QStringLiteral(" \u00B7 ");
     QString text = QString::number(files) + QStringLiteral(" file") +
@@ -68,6 +72,8 @@ QString BatchSummaryView::countsText(qsizetype files, qsizetype ready, qsizetype
                    QStringLiteral(" ready") + dot + QString::number(approved) + QStringLiteral(" approved");
     if (failed >= 1)
         text += dot + QString::number(failed) + QStringLiteral(" failed");
+    if (flagged >= 1)
+        text += dot + QString::number(flagged) + QStringLiteral(" to check");
     return text;
 }
 
@@ -89,23 +95,27 @@ void BatchSummaryView::refresh()
             ++failed;
         }
     }
-    m_counts->setText(countsText(docs.size(), ready, m_store.approvedDocs().size(), failed));
+    m_counts->setText(
+        countsText(docs.size(), ready, m_store.approvedDocs().size(), failed, m_store.flaggedIDs().size()));
 
     const qsizetype duplicates = m_store.duplicateIDs().size();
     m_duplicateRow->setVisible(duplicates > 0);
     m_duplicates->setText(duplicatesText(duplicates));
 
     const QList<CurrencyTotals> totals = m_store.currencyTotals();
-    if (!m_totalsShown || totals != m_shownTotals)
-        rebuildTotals(totals);
+    const QMap<QString, qsizetype> flagged = m_store.flaggedPerCurrency();
+    if (!m_totalsShown || totals != m_shownTotals || flagged != m_shownFlagged)
+        rebuildTotals(totals, flagged);
 
     m_approveAll->setEnabled(readyUnapproved > 0);
     m_clear->setEnabled(!docs.isEmpty());
 }
 
-void BatchSummaryView::rebuildTotals(const QList<CurrencyTotals> &totals)
+void BatchSummaryView::rebuildTotals(const QList<CurrencyTotals> &totals,
+                                     const QMap<QString, qsizetype> &flagged)
 {
     m_shownTotals = totals;
+    m_shownFlagged = flagged;
     m_totalsShown = true;
     while (QLayoutItem *item = m_totals->takeAt(0)) {
         delete item->widget();
@@ -136,13 +146,22 @@ void BatchSummaryView::rebuildTotals(const QList<CurrencyTotals> &totals)
         auto *currency = new QLabel(t.currency);
         currency->setFont(Theme::title(1.0));
         m_totals->addWidget(currency, row, 0, 2, 1, Qt::AlignLeft | Qt::AlignVCenter);
+        // The sums keep every document; the row says how many of them are in doubt.
+        if (const qsizetype count = flagged.value(t.currency); count > 0) {
+            auto *note = new QLabel(QString::number(count) + QStringLiteral(" to check"));
+            note->setObjectName(QStringLiteral("flagged-") + t.currency);
+            note->setFont(Theme::caption());
+            note->setStyleSheet(QStringLiteral("color: %1").arg(Theme::orange().name()));
+            note->setToolTip(QStringLiteral("Documents of this currency whose amounts do not add up"));
+            m_totals->addWidget(note, row + 1, 3, Qt::AlignLeft);
+        }
         m_totals->addWidget(caption(QStringLiteral("Total")), row, 1, Qt::AlignRight);
         m_totals->addWidget(caption(QStringLiteral("Approved")), row, 2, Qt::AlignRight);
         m_totals->addWidget(amount(t.total), row + 1, 1, Qt::AlignRight);
         m_totals->addWidget(amount(t.approvedTotal), row + 1, 2, Qt::AlignRight);
         row += 2;
     }
-    m_totals->setColumnStretch(3, 1);
+    m_totals->setColumnStretch(4, 1);
     m_totals->setColumnMinimumWidth(1, 70);
     m_totals->setColumnMinimumWidth(2, 70);
 }

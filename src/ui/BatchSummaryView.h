@@ -16,14 +16,16 @@ class BatchSummaryView : public QWidget {
 public:
     explicit BatchSummaryView(Store &store, QWidget *parent = nullptr);
 
-    /// "4 files · 3 ready · 1 approved · 1 failed": the failed part only when there are failures.
-    static QString countsText(qsizetype files, qsizetype ready, qsizetype approved, qsizetype failed);
+    /// "4 files · 3 ready · 1 approved · 1 failed · 2 to check": the failed and doubtful parts only when
+    /// there are such documents.
+    static QString countsText(qsizetype files, qsizetype ready, qsizetype approved, qsizetype failed,
+                              qsizetype flagged = 0);
     /// "2 likely duplicates (same vendor, number and total)".
     static QString duplicatesText(qsizetype count);
 
 private:
     void refresh();
-    void rebuildTotals(const QList<CurrencyTotals> &totals);
+    void rebuildTotals(const QList<CurrencyTotals> &totals, const QMap<QString, qsizetype> &flagged);
 
     Store &m_store;
     QLabel *m_counts;
@@ -33,5 +35,6 @@ private:
     QPushButton *m_approveAll;
     QPushButton *m_clear;
     QList<CurrencyTotals> m_shownTotals;
+    QMap<QString, qsizetype> m_shownFlagged;
     bool m_totalsShown = false;
 };

@@ -20,8 +20,10 @@ ConfidenceBadge::ConfidenceBadge(QWidget *parent) : QWidget(parent)
     setState(0.0, false, true);
 }
 
-BadgeLook ConfidenceBadge::look(double confidence, bool edited, bool empty)
+BadgeLook ConfidenceBadge::look(double confidence, bool edited, bool empty, const QStringList &doubts)
 {
+    if (!doubts.isEmpty())
+        return {QStringLiteral("Check"), BadgeTone::Orange, doubts.join(QLatin1Char('\n'))};
     if (edited)
         return {QStringLiteral("Edited"), BadgeTone::Blue, QStringLiteral("Edited by you")};
     const QString tooltip = QStringLiteral("Extraction confidence");
@@ -44,9 +46,9 @@ QColor ConfidenceBadge::color(BadgeTone tone)
     return Theme::blue();
 }
 
-void ConfidenceBadge::setState(double confidence, bool edited, bool empty)
+void ConfidenceBadge::setState(double confidence, bool edited, bool empty, const QStringList &doubts)
 {
-    BadgeLook next = look(confidence, edited, empty);
+    BadgeLook next = look(confidence, edited, empty, doubts);
     if (next == m_look)
         return;
     m_look = std::move(next);

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 
 /// The colours a badge can take.
@@ -16,7 +17,8 @@ struct BadgeLook {
     bool operator==(const BadgeLook &) const = default;
 };
 
-/// The badge beside a field: "Edited" once the user changed it, "Not found" for an empty value that
+/// The badge beside a field: "Check" in orange while the value is in doubt (the reasons in its tooltip,
+/// whoever wrote the value), "Edited" once the user changed it, "Not found" for an empty value that
 /// nothing supported, otherwise the confidence in percent (rounded, halves away from zero), orange
 /// below 0.7 and green from there.
 class ConfidenceBadge : public QWidget {
@@ -24,10 +26,10 @@ class ConfidenceBadge : public QWidget {
 public:
     explicit ConfidenceBadge(QWidget *parent = nullptr);
 
-    static BadgeLook look(double confidence, bool edited, bool empty);
+    static BadgeLook look(double confidence, bool edited, bool empty, const QStringList &doubts = {});
     static QColor color(BadgeTone tone);
 
-    void setState(double confidence, bool edited, bool empty);
+    void setState(double confidence, bool edited, bool empty, const QStringList &doubts = {});
     const BadgeLook &currentLook() const { return m_look; }
     QString text() const { return m_look.text; }
 

@@ -1,6 +1,7 @@
 #include "CustomFieldsDialog.h"
 
 #include "Icons.h"
+#include "PlatformText.h"
 #include "Theme.h"
 #include "extract/CustomField.h"
 #include "extract/Regex.h"
@@ -11,6 +12,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScrollArea>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -78,10 +80,10 @@ CustomFieldsDialog::CustomFieldsDialog(Store &store, QWidget *parent) : QDialog(
     auto *title = new QLabel(QStringLiteral("Custom fields"));
     title->setFont(Theme::title(1.35));
     layout->addWidget(title);
-    auto *explanation = new QLabel(QStringLiteral(
+    auto *explanation = new QLabel(PlatformText::adapt(QStringLiteral(
         "Add your own fields. Each one looks for a keyword (the text after it is used) or a regular "
         "expression (the first capture group, or the whole match). Definitions are saved as JSON on "
-        "this Mac."));
+        "this Mac.")));
     explanation->setWordWrap(true);
     explanation->setStyleSheet(QStringLiteral("color: %1").arg(Theme::secondaryText().name()));
     layout->addWidget(explanation);
@@ -138,6 +140,27 @@ CustomFieldsDialog::CustomFieldsDialog(Store &store, QWidget *parent) : QDialog(
 bool CustomFieldsDialog::isBadRegex(const QString &pattern)
 {
     return !Regex::tryCompile(pattern).has_value();
+}
+
+QString CustomFieldsDialog::regexProblem(const QString &pattern)
+{
+    const QString error = Regex::compileError(pattern);
+    if (error.isEmpty())
+        return {};
+    // "U_REGEX_MISMATCHED_PAREN at offset 4" reads "Mismatched paren at character 5".
+    const QString marker = QStringLiteral(" at offset ");
+    const qsizetype at = error.indexOf(marker);
+    const QString name = at < 0 ? error : error.left(at);
+    QString words = name;
+    words.remove(QRegularExpression(QStringLiteral("^U_(REGEX_)?"))).replace(u'_', u' ');
+    words = words.toLower();
+    if (!words.isEmpty())
+        words[0] = words[0].toUpper();
+    if (at >= 0)
+        words +=
+            QStringLiteral(" at character ") + QString::number(error.mid(at + marker.size()).toInt() + 1);
+    return QStringLiteral("This regular expression does not compile: ") + words + QStringLiteral(" (") +
+           name + QStringLiteral(").");
 }
 
 QLineEdit *CustomFieldsDialog::nameEdit(int row) const
@@ -242,11 +265,13 @@ void CustomFieldsDialog::showState(const Row &row, const CustomFieldDef &def)
     row.pattern->setPlaceholderText(patternPlaceholder(def.isRegex));
     // A pattern stopped at its matching bound is flagged like one that does not compile.
     const bool slow = def.isRegex && m_store.slowPatterns().contains(Extractor::customSource(def));
-    row.pattern->setInvalid(def.isRegex && (isBadRegex(def.pattern) || slow));
-    row.pattern->setToolTip(slow
-                                ? QStringLiteral("This pattern is too slow: it was stopped and left empty on "
-                                                 "some documents.")
-                                : QString());
+    const QString problem =
+        def.isRegex ? (slow ? QStringLiteral("This pattern is too slow: it was stopped and left empty on "
+                                             "some documents.")
+                            : regexProblem(def.pattern))
+                    : QString();
+    row.pattern->setInvalid(!problem.isEmpty());
+    row.pattern->setToolTip(problem);
 }
 
 void CustomFieldsDialog::change(const QUuid &id, const std::function<void(CustomFieldDef &)> &edit)

@@ -36,6 +36,8 @@ public:
 
     /// True when `pattern` read as a regular expression does not compile (with the extractor's engine).
     static bool isBadRegex(const QString &pattern);
+    /// Why `pattern` does not compile, in words, with the engine's own error name; empty when it does.
+    static QString regexProblem(const QString &pattern);
 
     int rowCount() const { return int(m_rows.size()); }
     QLineEdit *nameEdit(int row) const;

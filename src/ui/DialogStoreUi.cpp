@@ -7,6 +7,8 @@
 #include <QFileInfo>
 #include <QFileSystemModel>
 #include <QListView>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QStandardPaths>
 
 namespace {
@@ -107,4 +109,20 @@ QString DialogStoreUi::chooseFileToSave(const QString &proposedName, const QStri
 void DialogStoreUi::setClipboardText(const QString &text)
 {
     QGuiApplication::clipboard()->setText(text);
+}
+
+bool DialogStoreUi::confirm(const QString &question, const QString &detail, const QString &action)
+{
+    QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(), question,
+                    QMessageBox::NoButton, parentForDialogs());
+    box.setObjectName(QStringLiteral("confirm"));
+    box.setInformativeText(detail);
+    QPushButton *go = box.addButton(action, QMessageBox::DestructiveRole);
+    QPushButton *cancel = box.addButton(QStringLiteral("Cancel"), QMessageBox::RejectRole);
+    // Return, Space on the focused button and Escape all keep the work.
+    box.setDefaultButton(cancel);
+    box.setEscapeButton(cancel);
+    cancel->setFocus();
+    box.exec();
+    return box.clickedButton() == go;
 }

@@ -5,8 +5,9 @@
 #include <QPointer>
 #include <QWidget>
 
-/// The store's file choosers and clipboard for the desktop: Qt file dialogs over the main window, and
-/// the system clipboard. The dialogs run modally (the store waits for the answer).
+/// The store's file choosers, questions and clipboard for the desktop: Qt file dialogs and message
+/// boxes over the main window, and the system clipboard. The dialogs run modally (the store waits for
+/// the answer).
 class DialogStoreUi : public StoreUi {
 public:
     /// `window` parents the dialogs; it may be set later, and may be null (dialogs then stand alone).
@@ -18,6 +19,7 @@ public:
     QString chooseFileToOpen(const QString &filter) override;
     QString chooseFileToSave(const QString &proposedName, const QString &filter) override;
     void setClipboardText(const QString &text) override;
+    bool confirm(const QString &question, const QString &detail, const QString &action) override;
 
 private:
     QWidget *parentForDialogs() const;

@@ -3,6 +3,7 @@
 #include "Icons.h"
 #include "Outlines.h"
 #include "PageCanvas.h"
+#include "SafeFocus.h"
 #include "Theme.h"
 
 #include <QCheckBox>
@@ -86,6 +87,8 @@ DocumentPane::DocumentPane(Store &store, const DocPtr &doc, QWidget *parent)
 
     connect(m_previous, &QToolButton::clicked, this, [this] { setPage(m_page - 1); });
     connect(m_next, &QToolButton::clicked, this, [this] { setPage(m_page + 1); });
+    SafeFocus::guard(m_previous);
+    SafeFocus::guard(m_next);
     connect(m_toggle, &QCheckBox::toggled, this, &DocumentPane::setShowOutlines);
     connect(m_doc.get(), &DocItem::changed, this, &DocumentPane::refresh);
     connect(&m_store, &Store::highlightKeyChanged, this, &DocumentPane::followHighlight);

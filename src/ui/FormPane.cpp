@@ -5,6 +5,8 @@
 #include "Outlines.h"
 #include "SymbolLabel.h"
 #include "Theme.h"
+#include "ValueEdit.h"
+#include "model/Doubts.h"
 #include "model/Money.h"
 
 #include <QEvent>
@@ -160,7 +162,7 @@ FormPane::FormPane(Store &store, const DocPtr &doc, QWidget *parent)
     // Duplicates depend on the other documents too.
     connect(&m_store, &Store::docChanged, this, [this](DocItem *other) {
         if (other != m_doc.get())
-            m_duplicate->setVisible(m_store.duplicateIDs().contains(m_doc->id()));
+            showDuplicate();
     });
     refresh();
 }
@@ -193,9 +195,22 @@ QToolButton *FormPane::removeButton(int row) const
     return row >= 0 && row < m_itemRows.size() ? m_itemRows[row].remove : nullptr;
 }
 
+void FormPane::showDuplicate()
+{
+    const bool duplicate = m_store.duplicateIDs().contains(m_doc->id());
+    if (duplicate) {
+        // Once shown, the warning keeps its place: fixing the duplicate must not pull the form up
+        // under the pointer.
+        QSizePolicy policy = m_duplicate->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        m_duplicate->setSizePolicy(policy);
+    }
+    m_duplicate->setVisible(duplicate);
+}
+
 void FormPane::refresh()
 {
-    m_duplicate->setVisible(m_store.duplicateIDs().contains(m_doc->id()));
+    showDuplicate();
 
     const QList<Field> &fields = m_doc->fields();
     bool sameFields = fields.size() == m_fieldRows.size();
@@ -203,13 +218,14 @@ void FormPane::refresh()
         sameFields = fields[i].key == m_fieldRows[i].key;
     if (!sameFields)
         rebuildFields();
+    const QList<Doubt> doubts = Doubts::of(fields, m_doc->items());
     for (qsizetype i = 0; i < fields.size(); ++i) {
         const Field &f = fields[i];
         FieldRow &row = m_fieldRows[i];
         row.label->setText(f.label);
         if (row.edit->text() != f.value)
-            row.edit->setText(f.value);
-        row.badge->setState(f.confidence, f.edited, f.value.isEmpty());
+            row.edit->setValue(f.value);
+        row.badge->setState(f.confidence, f.edited, f.value.isEmpty(), Doubts::reasonsFor(doubts, f.key));
     }
 
     const QList<LineItem> &items = m_doc->items();
@@ -223,7 +239,7 @@ void FormPane::refresh()
         const QString values[] = {item.description, item.quantity, item.unitPrice, item.amount};
         for (int c = 0; c < 4; ++c) {
             if (m_itemRows[i].edits[c]->text() != values[c])
-                m_itemRows[i].edits[c]->setText(values[c]);
+                m_itemRows[i].edits[c]->setValue(values[c]);
         }
     }
     m_itemsTable->setVisible(!items.isEmpty());
@@ -245,7 +261,7 @@ void FormPane::rebuildFields()
     const QList<Field> &fields = m_doc->fields();
     for (qsizetype i = 0; i < fields.size(); ++i) {
         const QString key = fields[i].key;
-        FieldRow row{key, new QLabel, new QLineEdit, new ConfidenceBadge};
+        FieldRow row{key, new QLabel, new ValueEdit, new ConfidenceBadge};
         row.edit->setObjectName(QStringLiteral("field-") + key);
         row.edit->setClearButtonEnabled(false);
         row.label->setBuddy(row.edit);
@@ -279,10 +295,12 @@ void FormPane::rebuildItems()
         const QString key = Outlines::itemKey(items[i]);
         ItemRow row{id, {}, new QToolButton};
         for (int c = 0; c < 4; ++c) {
-            auto *edit = new QLineEdit;
+            auto *edit = new ValueEdit;
             edit->setPlaceholderText(placeholders[c]);
             if (c != Description)
                 edit->setAlignment(Qt::AlignRight);
+            if (c == Quantity) // four digits, with the frame and margins around them
+                edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("0000")) + 18);
             m_itemsGrid->addWidget(edit, int(i) + 1, c);
             const auto column = ItemColumn(c);
             connect(edit, &QLineEdit::textEdited, this,

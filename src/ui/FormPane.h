@@ -12,6 +12,7 @@ class QLineEdit;
 class QPushButton;
 class QToolButton;
 class SymbolLabel;
+class ValueEdit;
 
 /// The sum of a document's line items and how it compares with the subtotal.
 struct ItemsTotal {
@@ -51,16 +52,17 @@ private:
     struct FieldRow {
         QString key;
         QLabel *label;
-        QLineEdit *edit;
+        ValueEdit *edit;
         ConfidenceBadge *badge;
     };
     struct ItemRow {
         QUuid id;
-        QLineEdit *edits[4];
+        ValueEdit *edits[4];
         QToolButton *remove;
     };
 
     void refresh();
+    void showDuplicate();
     void rebuildFields();
     void rebuildItems();
     void refreshItemsTotal();

@@ -3,21 +3,27 @@
 #include "CustomFieldsDialog.h"
 #include "DropHighlight.h"
 #include "EmptyStateView.h"
+#include "FormPane.h"
 #include "Icons.h"
 #include "ReviewView.h"
 #include "SidebarView.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QComboBox>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QListView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScreen>
+#include <QScrollArea>
+#include <QSettings>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QToolBar>
@@ -42,20 +48,30 @@ MainWindow::MainWindow(Store &store, QWidget *parent) : QMainWindow(parent), m_s
     setAcceptDrops(true);
 
     auto *content = new QWidget;
-    content->setMinimumSize(1180, 700);
+    // Small enough for a 1366 × 768 laptop with a panel, or a larger screen scaled by 150 %.
+    content->setMinimumSize(760, 480);
     auto *layout = new QHBoxLayout(content);
     layout->setContentsMargins(0, 0, 0, 0);
     auto *split = new QSplitter(Qt::Horizontal);
+    split->setObjectName(QStringLiteral("mainSplit"));
     split->setChildrenCollapsible(false);
     split->setHandleWidth(1);
+    m_split = split;
     m_sidebar = new SidebarView(store);
-    m_sidebar->setMinimumWidth(270);
-    m_sidebar->setMaximumWidth(400);
+    // On a short screen the summary and the privacy note scroll into view instead of being cut off.
+    auto *sidebarScroll = new QScrollArea;
+    sidebarScroll->setObjectName(QStringLiteral("sidebarScroll"));
+    sidebarScroll->setWidget(m_sidebar);
+    sidebarScroll->setWidgetResizable(true);
+    sidebarScroll->setFrameShape(QFrame::NoFrame);
+    sidebarScroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    sidebarScroll->setMinimumWidth(240);
+    sidebarScroll->setMaximumWidth(400);
     m_right = new QStackedWidget;
-    m_right->setMinimumWidth(780);
+    m_right->setMinimumWidth(500);
     m_empty = new EmptyStateView(store);
     m_right->addWidget(m_empty);
-    split->addWidget(m_sidebar);
+    split->addWidget(sidebarScroll);
     split->addWidget(m_right);
     split->setStretchFactor(0, 0);
     split->setStretchFactor(1, 1);
@@ -171,6 +187,11 @@ void MainWindow::buildToolBar()
     exportButton->setToolTip(QStringLiteral("Export approved documents"));
     exportButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     exportButton->setPopupMode(QToolButton::InstantPopup);
+    // The style draws a menu's arrow under a button's label; it belongs beside it.
+    exportButton->setStyleSheet(QStringLiteral(
+        "QToolButton#export { padding-right: 16px; }"
+        "QToolButton#export::menu-indicator { subcontrol-origin: padding; subcontrol-position: center right; "
+        "right: 3px; }"));
     exportButton->setMenu(exportMenu);
     bar->addWidget(exportButton);
 
@@ -194,6 +215,9 @@ void MainWindow::showSelected()
     }
     if (selected) {
         m_review = new ReviewView(m_store, selected);
+        m_review->setSplitState(m_reviewSplit);
+        connect(m_review, &ReviewView::splitMoved, this,
+                [this](const QByteArray &state) { m_reviewSplit = state; });
         m_right->addWidget(m_review);
         m_right->setCurrentWidget(m_review);
     } else {
@@ -223,6 +247,69 @@ void MainWindow::showAlert()
     m_alert->setWindowModality(Qt::WindowModal);
     connect(m_alert, &QMessageBox::finished, this, [this] { m_store.clearAlert(); });
     m_alert->open();
+}
+
+namespace {
+
+QSettings layoutSettings()
+{
+    return QSettings(QStringLiteral("Tabrix"), QStringLiteral("Tabrix"));
+}
+
+} // namespace
+
+QSize MainWindow::fitted(const QSize &size, const QRect &available)
+{
+    // The size set is the inside of the window: leave room for its frame and title bar.
+    return size.boundedTo(available.size() - QSize(16, 48)).expandedTo(QSize(1, 1));
+}
+
+void MainWindow::restoreLayout(const QSize &preferred)
+{
+    QSettings settings = layoutSettings();
+    const bool restored = restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
+    if (const QScreen *screen = this->screen()) {
+        const QRect available = screen->availableGeometry();
+        resize(fitted(restored ? size() : preferred, available).expandedTo(minimumSizeHint()));
+        if (!restored)
+            move(available.center() - QPoint(width() / 2, height() / 2 + 16));
+    }
+    // After the size: the splitters share out the width they will have.
+    m_split->restoreState(settings.value(QStringLiteral("window/mainSplit")).toByteArray());
+    m_reviewSplit = settings.value(QStringLiteral("window/reviewSplit")).toByteArray();
+    if (m_review)
+        m_review->setSplitState(m_reviewSplit);
+}
+
+void MainWindow::saveLayout() const
+{
+    QSettings settings = layoutSettings();
+    settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
+    settings.setValue(QStringLiteral("window/mainSplit"), m_split->saveState());
+    if (!m_reviewSplit.isEmpty())
+        settings.setValue(QStringLiteral("window/reviewSplit"), m_reviewSplit);
+}
+
+void MainWindow::focusWork()
+{
+    if (m_review && m_review->formPane() && m_review->formPane()->isVisible())
+        m_review->formPane()->setFocus(Qt::OtherFocusReason);
+    else if (m_review)
+        m_review->setFocus(Qt::OtherFocusReason);
+    else if (m_sidebar->queueView()->isVisible())
+        m_sidebar->queueView()->setFocus(Qt::OtherFocusReason);
+    else
+        m_empty->setFocus(Qt::OtherFocusReason);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (!m_store.mayQuit()) {
+        event->ignore();
+        return;
+    }
+    saveLayout();
+    QMainWindow::closeEvent(event);
 }
 
 void MainWindow::showCustomFields()

@@ -9,6 +9,7 @@
 
 class DropHighlight;
 class QComboBox;
+class QSplitter;
 class QStackedWidget;
 class QToolButton;
 class ReviewView;
@@ -34,18 +35,35 @@ public:
     /// Opens the custom fields sheet (the "Custom Fields" toolbar button).
     void showCustomFields();
 
+    /// Sizes the window as the last run left it, else to `preferred`, clamped to the available area of
+    /// its screen and centred there when new; restores the splitter positions too. Read from QSettings
+    /// ("Tabrix", "Tabrix"), written by a close that goes ahead.
+    void restoreLayout(const QSize &preferred);
+    /// `size` shrunk to fit `available` (a screen's available geometry) with room for a title bar.
+    static QSize fitted(const QSize &size, const QRect &available);
+    /// The splitter between the queue and the review side.
+    QSplitter *splitter() const { return m_split; }
+
+    /// Gives keyboard focus to a place where no key loses work: the form of the document under review
+    /// (itself, not one of its boxes), else the review screen, else the queue, else the empty state.
+    void focusWork();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    /// Asks the store first (Store::mayQuit); an answer of "Cancel" keeps the window open.
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     void buildMenu();
     void buildToolBar();
     void showSelected();
     void showAlert();
+    void saveLayout() const;
     bool handleDragEvent(QEvent *event);
 
     Store &m_store;
     SidebarView *m_sidebar;
+    QSplitter *m_split;
     QStackedWidget *m_right;
     QWidget *m_empty;
     ReviewView *m_review = nullptr;
@@ -53,4 +71,5 @@ private:
     QComboBox *m_layoutPicker = nullptr;
     QPointer<CustomFieldsDialog> m_customFields;
     QPointer<QMessageBox> m_alert;
+    QByteArray m_reviewSplit;
 };

@@ -1,6 +1,8 @@
 #include "NavBar.h"
 
 #include "Icons.h"
+#include "PlatformText.h"
+#include "SafeFocus.h"
 #include "SymbolLabel.h"
 #include "Theme.h"
 
@@ -61,17 +63,14 @@ NavBar::NavBar(Store &store, const DocPtr &doc, QWidget *parent) : QWidget(paren
     });
     connect(m_approveNext, &QPushButton::clicked, &m_store, &Store::approveAndNext);
     connect(&m_store, &Store::changed, this, &NavBar::refresh);
+    for (QPushButton *button : {m_previous, m_next, m_undo, m_approve, m_approveNext})
+        SafeFocus::guard(button);
     refresh();
 }
 
 QString NavBar::nextTooltip()
 {
-    QString tip = QStringLiteral("Next document (\u2318])");
-#ifndef Q_OS_MACOS
-    tip.replace(QStringLiteral("\u2318]"),
-                QKeySequence(Qt::CTRL | Qt::Key_BracketRight).toString(QKeySequence::NativeText));
-#endif
-    return tip;
+    return PlatformText::adapt(QStringLiteral("Next document (\u2318])"));
 }
 
 void NavBar::refresh()

@@ -2,6 +2,9 @@
 
 #include "Theme.h"
 #include "model/CustomFieldDef.h"
+#include "model/Doubts.h"
+
+#include <algorithm>
 
 QColor OutlineBox::color() const
 {
@@ -26,11 +29,14 @@ QString itemKey(const LineItem &item)
 QList<OutlineBox> forPage(const DocItem &doc, int page, const QString &highlightKey)
 {
     QList<OutlineBox> boxes;
+    const QList<Doubt> doubts = Doubts::of(doc.fields(), doc.items());
     for (const Field &f : doc.fields()) {
         if (!f.box || f.box->page != page || f.value.isEmpty())
             continue;
-        const OutlineKind kind =
-            f.edited || f.confidence >= confident ? OutlineKind::Detected : OutlineKind::LowConfidence;
+        const bool doubted = !Doubts::reasonsFor(doubts, f.key).isEmpty();
+        const OutlineKind kind = !doubted && (f.edited || f.confidence >= confident)
+                                     ? OutlineKind::Detected
+                                     : OutlineKind::LowConfidence;
         boxes.append({f.key, f.box->rect, kind, !highlightKey.isEmpty() && f.key == highlightKey, f.label});
     }
     for (const LineItem &item : doc.items()) {
@@ -55,6 +61,50 @@ std::optional<PageBox> boxOf(const DocItem &doc, const QString &key)
             return item.box;
     }
     return std::nullopt;
+}
+
+QList<OutlineBox> inPaintOrder(const QList<OutlineBox> &outlines)
+{
+    QList<OutlineBox> sorted = outlines;
+    const auto area = [](const OutlineBox &b) { return b.rect.width() * b.rect.height(); };
+    std::stable_sort(sorted.begin(), sorted.end(), [&](const OutlineBox &a, const OutlineBox &b) {
+        if (a.selected != b.selected)
+            return b.selected;
+        return area(a) > area(b);
+    });
+    return sorted;
+}
+
+QRectF tagRect(const QRectF &outline, const QSizeF &tag, const QRectF &image, const QList<QRectF> &text)
+{
+    constexpr double gap = 2.0;
+    const QRectF candidates[] = {
+        QRectF(QPointF(outline.left(), outline.top() - gap - tag.height()), tag),
+        QRectF(QPointF(outline.left(), outline.bottom() + gap), tag),
+        QRectF(QPointF(outline.right() + gap, outline.center().y() - tag.height() / 2), tag),
+        QRectF(QPointF(outline.left() - gap - tag.width(), outline.center().y() - tag.height() / 2), tag),
+    };
+    QRectF best;
+    double bestCover = -1.0;
+    for (QRectF c : candidates) {
+        // Kept on the page: a tag that had to move back may then cover the outline, counted below.
+        c.moveLeft(std::clamp(c.left(), image.left(), std::max(image.left(), image.right() - c.width())));
+        c.moveTop(std::clamp(c.top(), image.top(), std::max(image.top(), image.bottom() - c.height())));
+        double cover = 0.0;
+        for (const QRectF &t : text) {
+            const QRectF overlap = c.intersected(t);
+            cover += overlap.width() * overlap.height();
+        }
+        const QRectF onOutline = c.intersected(outline);
+        cover += onOutline.width() * onOutline.height();
+        if (bestCover < 0 || cover < bestCover) {
+            best = c;
+            bestCover = cover;
+        }
+        if (cover == 0.0)
+            break;
+    }
+    return best;
 }
 
 QRectF fitRect(const QSizeF &imageSize, const QRectF &area)

@@ -31,12 +31,22 @@ constexpr double confident = 0.7;
 QString itemKey(const LineItem &item);
 
 /// The outlines for page `page` of `doc`: every field with a value and a box on that page (green when
-/// edited or confident, orange otherwise), then every line item with a box there (blue), in that order.
+/// edited or confident, orange when of low confidence or in doubt), then every line item with a box there
+/// (blue), in that order.
 /// `highlightKey` marks the selected one.
 QList<OutlineBox> forPage(const DocItem &doc, int page, const QString &highlightKey);
 
 /// The page box of the field or item keyed `key` in `doc`, if it has one.
 std::optional<PageBox> boxOf(const DocItem &doc, const QString &key);
+
+/// The outlines in the order they are painted: larger before smaller, so an outline lying inside
+/// another (a currency sign inside the total) is drawn over it and stays visible; the selected one last.
+QList<OutlineBox> inPaintOrder(const QList<OutlineBox> &outlines);
+
+/// Where the tag of size `tag` naming a focused outline goes: above, below, right or left of
+/// `outline`, kept inside `image`, the first of these that covers none of the text rectangles `text`
+/// (all in widget coordinates); when each covers some text, the one that covers least.
+QRectF tagRect(const QRectF &outline, const QSizeF &tag, const QRectF &image, const QList<QRectF> &text);
 
 /// The rectangle an image of `imageSize` occupies when scaled to fit `area`, keeping its aspect ratio,
 /// centred.

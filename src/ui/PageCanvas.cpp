@@ -78,8 +78,9 @@ void PageCanvas::paintEvent(QPaintEvent *)
         painter.fillRect(target, Qt::white);
     }
 
+    const QList<OutlineBox> ordered = Outlines::inPaintOrder(m_outlines);
     const OutlineBox *selected = nullptr;
-    for (const OutlineBox &box : m_outlines) {
+    for (const OutlineBox &box : ordered) {
         const QRectF r = Outlines::toDisplay(box.rect, target).adjusted(-2, -2, 2, 2);
         const QColor color = box.color();
         painter.setPen(QPen(color, box.selected ? 3.0 : 1.5));
@@ -96,12 +97,14 @@ void PageCanvas::paintEvent(QPaintEvent *)
         font.setBold(true);
         const QFontMetrics metrics(font);
         const QString text = metrics.elidedText(selected->label, Qt::ElideRight, int(target.width()) - 12);
-        QRectF tag(r.left(), r.top() - metrics.height() - 4, metrics.horizontalAdvance(text) + 10,
-                   metrics.height() + 4);
-        if (tag.top() < target.top())
-            tag.moveTop(r.bottom() + 2);
-        if (tag.right() > target.right())
-            tag.moveRight(target.right());
+        // The tag goes where it hides none of the page's text, so the value can be read beside it.
+        QList<QRectF> lines;
+        if (m_page) {
+            for (const TextLine &line : m_page->lines)
+                lines.append(Outlines::toDisplay(line.rect, target));
+        }
+        const QRectF tag = Outlines::tagRect(
+            r, QSizeF(metrics.horizontalAdvance(text) + 10, metrics.height() + 4), target, lines);
         QPainterPath path;
         path.addRoundedRect(tag, 3, 3);
         painter.fillPath(path, selected->color());

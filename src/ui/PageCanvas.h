@@ -20,7 +20,7 @@ public:
     QRectF imageRect() const;
 
     QSize sizeHint() const override { return QSize(520, 680); }
-    QSize minimumSizeHint() const override { return QSize(200, 240); }
+    QSize minimumSizeHint() const override { return QSize(160, 180); }
 
 protected:
     void paintEvent(QPaintEvent *) override;

@@ -3,6 +3,7 @@
 #include "DocumentPane.h"
 #include "FormPane.h"
 #include "NavBar.h"
+#include "SafeFocus.h"
 #include "SymbolLabel.h"
 #include "Theme.h"
 
@@ -15,6 +16,22 @@
 #include <QStackedLayout>
 #include <QVBoxLayout>
 
+namespace {
+
+// The screens shown instead of the page say which file they are about.
+QLabel *fileNameLabel(const QString &name)
+{
+    auto *label = new QLabel(name);
+    label->setObjectName(QStringLiteral("fileName"));
+    label->setAlignment(Qt::AlignCenter);
+    label->setWordWrap(true);
+    label->setFont(Theme::title(1.1));
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return label;
+}
+
+} // namespace
+
 ReviewView::ReviewView(Store &store, const DocPtr &doc, QWidget *parent)
     : QWidget(parent), m_store(store), m_doc(doc)
 {
@@ -23,6 +40,8 @@ ReviewView::ReviewView(Store &store, const DocPtr &doc, QWidget *parent)
     m_progressPage = new QWidget;
     auto *progress = new QVBoxLayout(m_progressPage);
     progress->addStretch();
+    progress->addWidget(fileNameLabel(doc->fileName()));
+    progress->addSpacing(6);
     m_progressText = new QLabel;
     m_progressText->setObjectName(QStringLiteral("progressText"));
     m_progressText->setAlignment(Qt::AlignCenter);
@@ -43,6 +62,7 @@ ReviewView::ReviewView(Store &store, const DocPtr &doc, QWidget *parent)
     failed->addStretch();
     failed->addWidget(new SymbolLabel(QStringLiteral("exclamationmark.triangle"), 44, Theme::orange()), 0,
                       Qt::AlignHCenter);
+    failed->addWidget(fileNameLabel(doc->fileName()));
     m_failedText = new QLabel;
     m_failedText->setObjectName(QStringLiteral("failureText"));
     m_failedText->setAlignment(Qt::AlignCenter);
@@ -56,6 +76,7 @@ ReviewView::ReviewView(Store &store, const DocPtr &doc, QWidget *parent)
     m_stack->addWidget(m_failedPage);
 
     connect(retry, &QPushButton::clicked, this, [this] { m_store.reprocess(m_doc); });
+    SafeFocus::guard(retry);
     connect(m_doc.get(), &DocItem::changed, this, &ReviewView::refresh);
     refresh();
 }
@@ -81,6 +102,13 @@ void ReviewView::refresh()
     }
 }
 
+void ReviewView::setSplitState(const QByteArray &state)
+{
+    m_splitState = state;
+    if (m_split && !state.isEmpty())
+        m_split->restoreState(state);
+}
+
 void ReviewView::buildReady()
 {
     m_readyPage = new QWidget;
@@ -94,18 +122,32 @@ void ReviewView::buildReady()
     layout->addWidget(line);
 
     auto *split = new QSplitter(Qt::Horizontal);
+    split->setObjectName(QStringLiteral("reviewSplit"));
     split->setChildrenCollapsible(false);
+    m_split = split;
     m_pane = new DocumentPane(m_store, m_doc);
+    // Scrolls rather than clipping the legend on a short screen.
+    auto *paneScroll = new QScrollArea;
+    paneScroll->setWidget(m_pane);
+    paneScroll->setWidgetResizable(true);
+    paneScroll->setFrameShape(QFrame::NoFrame);
     m_form = new FormPane(m_store, m_doc);
     auto *scroll = new QScrollArea;
     scroll->setWidget(m_form);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setMinimumWidth(380);
-    split->addWidget(m_pane);
+    scroll->setMinimumWidth(340);
+    split->addWidget(paneScroll);
     split->addWidget(scroll);
     split->setStretchFactor(0, 1);
     split->setStretchFactor(1, 1);
+    split->setSizes({1000, 1000}); // halves, whatever either side's preferred width
+    if (!m_splitState.isEmpty())
+        split->restoreState(m_splitState);
+    connect(split, &QSplitter::splitterMoved, this, [this] {
+        m_splitState = m_split->saveState();
+        emit splitMoved(m_splitState);
+    });
     layout->addWidget(split, 1);
     m_stack->addWidget(m_readyPage);
 }

@@ -10,6 +10,7 @@ class NavBar;
 class QLabel;
 class QProgressBar;
 class QPushButton;
+class QSplitter;
 class QStackedLayout;
 
 /// The right side for one selected document: its progress while it is read, the failure with "Try
@@ -24,6 +25,15 @@ public:
     /// Null until the document is first ready.
     DocumentPane *documentPane() const { return m_pane; }
     FormPane *formPane() const { return m_form; }
+    /// The page beside the form, once ready; null before.
+    QSplitter *splitter() const { return m_split; }
+    /// Positions for the splitter between page and form (QSplitter::saveState), applied now or when the
+    /// document is ready.
+    void setSplitState(const QByteArray &state);
+
+signals:
+    /// The user moved the splitter between page and form.
+    void splitMoved(const QByteArray &state);
 
 private:
     void refresh();
@@ -40,4 +50,6 @@ private:
     QWidget *m_readyPage = nullptr;
     DocumentPane *m_pane = nullptr;
     FormPane *m_form = nullptr;
+    QSplitter *m_split = nullptr;
+    QByteArray m_splitState;
 };

@@ -1,6 +1,7 @@
 #include "SidebarView.h"
 
 #include "BatchSummaryView.h"
+#include "PlatformText.h"
 #include "QueueDelegate.h"
 #include "QueueModel.h"
 #include "SymbolLabel.h"
@@ -48,8 +49,8 @@ QWidget *privacyBadge()
     layout->setSpacing(8);
     layout->addWidget(new SymbolLabel(QStringLiteral("lock.shield"), 18, Theme::secondaryText()), 0,
                       Qt::AlignTop);
-    auto *text = new QLabel(
-        QStringLiteral("Extraction is rule-based and runs offline on this Mac. Nothing is uploaded."));
+    auto *text = new QLabel(PlatformText::adapt(
+        QStringLiteral("Extraction is rule-based and runs offline on this Mac. Nothing is uploaded.")));
     text->setObjectName(QStringLiteral("privacy"));
     text->setWordWrap(true);
     text->setFont(Theme::caption());
@@ -83,6 +84,7 @@ SidebarView::SidebarView(Store &store, QWidget *parent) : QWidget(parent), m_sto
     m_stack = new QStackedWidget;
     m_stack->addWidget(m_empty);
     m_stack->addWidget(m_list);
+    m_stack->setMinimumHeight(120); // a few rows stay visible; below that the sidebar scrolls
     layout->addWidget(m_stack, 1);
     layout->addWidget(divider());
     layout->addWidget(new BatchSummaryView(store));
@@ -131,7 +133,7 @@ void SidebarView::contextMenu(const QPoint &at)
     if (!doc)
         return;
     QMenu menu(this);
-    menu.addAction(QStringLiteral("Re-read this file"), this, [this, doc] { m_store.reprocess(doc); });
+    menu.addAction(QStringLiteral("Re-read this file"), this, [this, doc] { m_store.reprocessAsking(doc); });
     menu.addAction(QStringLiteral("Remove from queue"), this, [this, doc] { m_store.remove(doc); });
     menu.exec(m_list->viewport()->mapToGlobal(at));
 }

@@ -143,8 +143,8 @@ TEST(BatchCli, UnreadableInputsFailOneByOne)
     const QByteArray base = QFile::encodeName(dir.path());
     EXPECT_EQ(lines[0], base + "/missing.pdf: Failed: No such file or directory");
     EXPECT_EQ(lines[1], base + "/pipe.pdf: Failed: not a regular file");
-    EXPECT_EQ(lines[2], base + "/two\\nlines.pdf: Failed: Can't open PDF: the file is damaged or not a PDF");
-    EXPECT_EQ(lines[3], folder + "/bad\\xfe.pdf: Failed: Can't open PDF: the file is damaged or not a PDF");
+    EXPECT_EQ(lines[2], base + "/two\\nlines.pdf: Failed: The file is empty");
+    EXPECT_EQ(lines[3], folder + "/bad\\xfe.pdf: Failed: The file is empty");
     EXPECT_TRUE(lines[4].startsWith(folder + "/cut.png: Failed: ")) << lines[4].toStdString();
     const QJsonArray docs = QJsonDocument::fromJson(run.out).array();
     ASSERT_EQ(docs.size(), 1);

@@ -15,6 +15,8 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
+#include <QSplitter>
 #include <QTimer>
 #include <QToolButton>
 
@@ -185,8 +187,6 @@ TEST_F(MainWindowTest, CommandsHaveTheirTextsAndShortcuts)
 {
     open();
     EXPECT_EQ(window->windowTitle(), "Tabrix");
-    EXPECT_GE(window->centralWidget()->minimumWidth(), 1180);
-    EXPECT_GE(window->centralWidget()->minimumHeight(), 700);
     ASSERT_EQ(window->menuBar()->actions().size(), 1);
     EXPECT_EQ(window->menuBar()->actions()[0]->text(), "Review");
     struct Case {
@@ -216,6 +216,38 @@ TEST_F(MainWindowTest, CommandsHaveTheirTextsAndShortcuts)
     }
     auto *exportButton = window->findChild<QToolButton *>(QStringLiteral("export"));
     EXPECT_EQ(exportButton->toolTip(), "Export approved documents");
+}
+
+// The window fits a 1366 × 768 laptop with a panel, opens within its screen whatever size is asked for,
+// and comes back at the size and splitter positions a closed window had.
+TEST_F(MainWindowTest, WindowFitsTheScreenAndRemembersItsLayout)
+{
+    open();
+    const QSize minimum = window->minimumSizeHint();
+    EXPECT_LE(minimum.width(), 1366 - 16);
+    EXPECT_LE(minimum.height(), 768 - 32 - 48); // a panel and a title bar
+
+    const QRect available = window->screen()->availableGeometry();
+    window->restoreLayout(QSize(2160, 1350));
+    EXPECT_LE(window->width(), std::max(available.width(), minimum.width()));
+    EXPECT_LE(window->height(), std::max(available.height(), minimum.height()));
+    EXPECT_EQ(MainWindow::fitted(QSize(2160, 1350), QRect(0, 0, 1366, 736)), QSize(1350, 688));
+    EXPECT_EQ(MainWindow::fitted(QSize(900, 600), QRect(0, 0, 1366, 736)), QSize(900, 600));
+
+    addAndWait({"1.pdf"});
+    window->resize(MainWindow::fitted(minimum + QSize(40, 20), available).expandedTo(minimum));
+    window->splitter()->setSizes({300, 600});
+    QApplication::processEvents();
+    const QList<int> sides = window->splitter()->sizes();
+    const QSize size = window->size();
+    ASSERT_TRUE(window->close());
+
+    MainWindow again(*store);
+    again.restoreLayout(QSize(2160, 1350));
+    again.show();
+    QApplication::processEvents();
+    EXPECT_EQ(again.size(), size);
+    EXPECT_EQ(again.splitter()->sizes(), sides);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -71,14 +72,18 @@ protected:
         ASSERT_TRUE(m_temp.isValid());
         QDir(m_temp.path()).mkpath(QStringLiteral("data"));
         QDir(m_temp.path()).mkpath(QStringLiteral("docs"));
+        // The window's remembered layout goes to the temporary folder, never the user's settings.
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           m_temp.filePath(QStringLiteral("settings")));
     }
 
-    /// Creates the store and window; `pages` per document.
+    /// Creates the store and window; `pages` per document; `pages` 0 reads the files for real.
     void open(int pages = 1, StoreUi *ui = nullptr)
     {
         StoreOptions options;
         options.dataFolder = m_temp.filePath(QStringLiteral("data"));
-        options.loader = fakeLoader(pages);
+        if (pages > 0)
+            options.loader = fakeLoader(pages);
         options.ui = ui;
         store = std::make_unique<Store>(options);
         window = std::make_unique<MainWindow>(*store);

@@ -1,0 +1,71 @@
+#include "Doubts.h"
+
+#include "Money.h"
+
+#include <cmath>
+#include <optional>
+
+namespace {
+
+std::optional<double> amount(const QList<Field> &fields, const char *key)
+{
+    for (const Field &f : fields) {
+        if (f.key == QLatin1String(key))
+            return Money::parse(f.value);
+    }
+    return std::nullopt;
+}
+
+// Compared in whole cents so that 0.1 + 0.2 against 0.3 is not a difference.
+bool differByMoreThanACent(double a, double b)
+{
+    return std::llabs(std::llround(a * 100.0) - std::llround(b * 100.0)) > 1;
+}
+
+} // namespace
+
+namespace Doubts {
+
+QList<Doubt> of(const QList<Field> &fields, const QList<LineItem> &items)
+{
+    const std::optional<double> subtotal = amount(fields, "subtotal");
+    const std::optional<double> tax = amount(fields, "tax");
+    const std::optional<double> total = amount(fields, "total");
+
+    QList<Doubt> doubts;
+    if (tax && std::llround(*tax * 100.0) < 0)
+        doubts.append({QStringLiteral("tax"), QStringLiteral("The tax is negative.")});
+    if (total && subtotal && std::llround(*total * 100.0) < std::llround(*subtotal * 100.0))
+        doubts.append({QStringLiteral("total"), QStringLiteral("The total is below the subtotal.")});
+    if (total && subtotal && tax && differByMoreThanACent(*subtotal + *tax, *total))
+        doubts.append({QStringLiteral("total"), QStringLiteral("Subtotal + tax is ") +
+                                                    Money::pretty(*subtotal + *tax) +
+                                                    QStringLiteral(", not the total.")});
+    if (subtotal) {
+        double sum = 0.0;
+        bool any = false;
+        for (const LineItem &item : items) {
+            if (const std::optional<double> a = Money::parse(item.amount)) {
+                sum += *a;
+                any = true;
+            }
+        }
+        if (any && differByMoreThanACent(sum, *subtotal))
+            doubts.append({QStringLiteral("subtotal"), QStringLiteral("The line items add up to ") +
+                                                           Money::pretty(sum) +
+                                                           QStringLiteral(", not the subtotal.")});
+    }
+    return doubts;
+}
+
+QStringList reasonsFor(const QList<Doubt> &doubts, const QString &key)
+{
+    QStringList reasons;
+    for (const Doubt &d : doubts) {
+        if (d.key == key)
+            reasons.append(d.reason);
+    }
+    return reasons;
+}
+
+} // namespace Doubts

@@ -1,0 +1,161 @@
+#include "UiTestSupport.h"
+
+#include "ui/BatchSummaryView.h"
+#include "ui/DialogStoreUi.h"
+#include "ui/DocumentPane.h"
+#include "ui/FormPane.h"
+#include "ui/ReviewView.h"
+#include "ui/SidebarView.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+
+namespace {
+
+/// Answers every question with `answer` and notes it; saves go to `savePath`.
+struct Answers : StoreUi {
+    bool answer = false;
+    QStringList asked;
+    QString savePath;
+
+    QStringList chooseFilesAndFolders(const QString &) override { return {}; }
+    QString chooseFileToOpen(const QString &) override { return {}; }
+    QString chooseFileToSave(const QString &, const QString &) override { return savePath; }
+    void setClipboardText(const QString &) override {}
+    bool confirm(const QString &question, const QString &, const QString &) override
+    {
+        asked.append(question);
+        return answer;
+    }
+};
+
+class SafetyTest : public UiTest {
+protected:
+    /// A button of the review screen on show.
+    QPushButton *button(const char *name) const
+    {
+        return window->review()->findChild<QPushButton *>(QString::fromLatin1(name));
+    }
+    QPushButton *summaryButton(const QString &text) const
+    {
+        for (auto *b : window->sidebar()->findChildren<QPushButton *>()) {
+            if (b->text() == text)
+                return b;
+        }
+        return nullptr;
+    }
+    /// Clicks `b` as a mouse would, lets the window settle and presses Space wherever focus went.
+    void clickThenSpace(QPushButton *b)
+    {
+        QTest::mouseClick(b, Qt::LeftButton);
+        QApplication::processEvents();
+        QApplication::processEvents();
+        ASSERT_NE(QApplication::focusWidget(), nullptr);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        QApplication::processEvents();
+    }
+
+    Answers answers;
+};
+
+// A button that disables or hides itself leaves focus on the form, where Space neither hides the
+// outlines (after "Approve") nor clears the batch (after "Approve all ready").
+TEST_F(SafetyTest, FocusAfterASelfDisablingButtonIsHarmless)
+{
+    open(1, &answers);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    addAndWait({"1.pdf", "2.pdf", "3.pdf"});
+    clickThenSpace(button("approve"));
+    EXPECT_EQ(QApplication::focusWidget(), window->review()->formPane());
+    EXPECT_TRUE(window->review()->documentPane()->showOutlines());
+
+    store->move(+1);
+    clickThenSpace(summaryButton("Approve all ready"));
+    EXPECT_EQ(store->docs().size(), 3);
+    EXPECT_EQ(store->approvedDocs().size(), 3);
+    EXPECT_TRUE(answers.asked.isEmpty());
+
+    // At the last document "Next" disables itself; Space then does not approve or move anything.
+    store->docs()[2]->setApproved(false);
+    QApplication::processEvents();
+    clickThenSpace(button("next"));
+    EXPECT_EQ(store->position(), "3 of 3");
+    EXPECT_FALSE(store->docs()[2]->approved());
+}
+
+// "Clear", "Re-read this file" and closing the window ask only when work would be lost, and a
+// declined question changes nothing.
+TEST_F(SafetyTest, ConfirmationsGuardWorkOnly)
+{
+    open(1, &answers);
+    addAndWait({"1.pdf", "2.pdf"});
+    const DocPtr first = store->docs()[0];
+
+    // Nothing approved or corrected: re-reading and closing go ahead without a word.
+    store->reprocessAsking(first);
+    EXPECT_EQ(first->status().kind(), DocStatus::Queued);
+    ASSERT_TRUE(waitUntil([&] { return first->status().kind() == DocStatus::Ready; }));
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(answers.asked.isEmpty());
+    window->show();
+
+    // A hand correction: re-reading asks; "Cancel" keeps the document as it is.
+    QList<Field> fields = first->fields();
+    fields[0].value = QStringLiteral("Corrected");
+    fields[0].edited = true;
+    first->setFields(fields);
+    store->reprocessAsking(first);
+    EXPECT_EQ(answers.asked, QStringList({"Re-read \u201C1.pdf\u201D?"}));
+    EXPECT_EQ(first->status().kind(), DocStatus::Ready);
+
+    // An approval not yet exported: closing asks, and keeps the window when declined.
+    store->docs()[1]->setApproved(true);
+    answers.asked.clear();
+    EXPECT_FALSE(window->close());
+    EXPECT_EQ(answers.asked, QStringList({"Quit without exporting?"}));
+    // Once exported as it is, closing no longer asks; a later correction makes it ask again.
+    answers.savePath = docsFolder() + QStringLiteral("/out.json");
+    store->exportJSON();
+    EXPECT_TRUE(store->unexportedApproved().isEmpty());
+    QList<Field> later = store->docs()[1]->fields();
+    later[0].value = QStringLiteral("Later");
+    store->docs()[1]->setFields(later);
+    EXPECT_EQ(store->unexportedApproved(), QList<DocPtr>({store->docs()[1]}));
+
+    // "Clear" asks while the batch holds work; declined, the batch stays; accepted, it goes.
+    answers.asked.clear();
+    QTest::mouseClick(summaryButton("Clear"), Qt::LeftButton);
+    EXPECT_EQ(answers.asked, QStringList({"Clear the batch?"}));
+    EXPECT_EQ(store->docs().size(), 2);
+    answers.answer = true;
+    QTest::mouseClick(summaryButton("Clear"), Qt::LeftButton);
+    EXPECT_TRUE(store->docs().isEmpty());
+    EXPECT_TRUE(window->close());
+}
+
+// The desktop's question is one plain box whose default button keeps the work: Return declines.
+TEST_F(SafetyTest, QuestionDefaultsToCancel)
+{
+    DialogStoreUi dialogs;
+    open(1, &dialogs);
+    dialogs.setWindow(window.get());
+    addAndWait({"1.pdf"});
+    store->approveAllReady();
+    QStringList buttons;
+    QTimer::singleShot(0, [&] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        for (QAbstractButton *b : box->buttons())
+            buttons.append(b->text());
+        ASSERT_NE(box->defaultButton(), nullptr);
+        EXPECT_EQ(box->defaultButton()->text(), "Cancel");
+        QTest::keyClick(box, Qt::Key_Return);
+    });
+    store->clearAllAsking();
+    buttons.sort();
+    EXPECT_EQ(buttons, QStringList({"Cancel", "Clear"}));
+    EXPECT_EQ(store->docs().size(), 1);
+}
+
+} // namespace
