@@ -7,6 +7,8 @@
 #include "Vocabulary.h"
 #include "model/Money.h"
 
+#include <algorithm>
+
 namespace Extractor {
 
 namespace {
@@ -136,7 +138,23 @@ Order documentOrder(const RowDates &dates, Order localeOrder)
     return localeOrder;
 }
 
-QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, RuleSet rules)
+// A year of the 2100s to 2900s on a scan is a misread 20xx ("2618" for "2018": 0 and 6, 4 or 8 look alike
+// on faded print). The full rules read it as 20xx when that is no later than next year, below green.
+bool repairYear(DateHit &hit, const QDate &today)
+{
+    const int year = hit.date.year();
+    if (year < 2100 || year > 2999 || 2000 + year % 100 > today.year() + 1)
+        return false;
+    const QDate repaired(2000 + year % 100, hit.date.month(), hit.date.day());
+    if (!repaired.isValid())
+        return false;
+    hit.date = repaired;
+    hit.conf = std::min(hit.conf, 0.6);
+    return true;
+}
+
+QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, RuleSet rules,
+                           const QDate &today)
 {
     QList<DateHit> hits;
     QList<int> carried;
@@ -176,6 +194,8 @@ QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, Rul
                 hit.kind = carried[i];
                 hit.conf = 0.8;
             }
+            if (rules == RuleSet::Full)
+                repairYear(hit, today);
             hits.append(hit);
         }
         carried.clear();
@@ -222,7 +242,7 @@ std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale,
     const Order order = documentOrder(dates, localeOrder);
     if (order != localeOrder)
         dates = detectDates(rows, order, today, rules);
-    const QList<DateHit> hits = collectHits(rows, dates, rules);
+    const QList<DateHit> hits = collectHits(rows, dates, rules, today);
     const DateHit *issue = bestOfKind(hits, Issue);
     const DateHit *due = bestOfKind(hits, Due);
     if (issue)

@@ -135,3 +135,24 @@ TEST(Dates, FmtDateIgnoresLocale)
 }
 
 } // namespace
+
+namespace {
+
+// Full rules: a scan's misread year of the 2100s–2900s is read as 20xx when that is not in the future,
+// below green; a year that would still be in the future, and the base rules, keep what was read.
+TEST(Dates, FullRulesRepairMisreadYears)
+{
+    const auto full = [](const QString &text) {
+        return Extractor::findDates(rowsOf({text}), QLocale(QLocale::English, QLocale::UnitedKingdom), today,
+                                    RuleSet::Full)
+            .first;
+    };
+    const Field repaired = full(QStringLiteral("Date: 14/03/2618"));
+    EXPECT_EQ(repaired.value, QStringLiteral("2018-03-14"));
+    EXPECT_LT(repaired.confidence, 0.7);
+    EXPECT_EQ(full(QStringLiteral("Date: 14/03/2427")).value, QStringLiteral("2427-03-14"));
+    EXPECT_EQ(Extractor::findDates(rowsOf({QStringLiteral("Date: 14/03/2618")}), uk, today).first.value,
+              QStringLiteral("2618-03-14"));
+}
+
+} // namespace
