@@ -7,8 +7,10 @@
 #include "LineItems.h"
 #include "Number.h"
 #include "Patterns.h"
+#include "Reconcile.h"
 #include "Rows.h"
 #include "Tax.h"
+#include "Total.h"
 #include "Vendor.h"
 #include "model/Money.h"
 

@@ -1,4 +1,4 @@
-#include "Tax.h"
+#include "Reconcile.h"
 #include "model/Money.h"
 
 #include <cmath>

@@ -1,5 +1,6 @@
 #include "extract/Tax.h"
 #include "RowFixtures.h"
+#include "extract/Reconcile.h"
 
 #include <gtest/gtest.h>
 
