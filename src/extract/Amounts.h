@@ -47,4 +47,7 @@ std::optional<NearAmount> amountBelow(const Scan &scan, qsizetype index, const T
 /// amount, not a table header.
 bool isColumnLabelRow(const Scan &scan, qsizetype index);
 
+/// The grand total: the best labelled total, or else the largest amount at low confidence.
+Field findTotal(const Scan &scan);
+
 } // namespace Extractor

@@ -7,10 +7,8 @@
 #include "LineItems.h"
 #include "Number.h"
 #include "Patterns.h"
-#include "Reconcile.h"
 #include "Rows.h"
 #include "Tax.h"
-#include "Total.h"
 #include "Vendor.h"
 #include "model/Money.h"
 

@@ -1,4 +1,4 @@
-#include "Reconcile.h"
+#include "Tax.h"
 #include "model/Money.h"
 
 #include <cmath>

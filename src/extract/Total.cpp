@@ -1,4 +1,4 @@
-#include "Total.h"
+#include "Amounts.h"
 #include "Patterns.h"
 #include "Vocabulary.h"
 #include "model/Money.h"

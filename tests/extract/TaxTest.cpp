@@ -1,6 +1,5 @@
 #include "extract/Tax.h"
 #include "RowFixtures.h"
-#include "extract/Reconcile.h"
 
 #include <gtest/gtest.h>
 

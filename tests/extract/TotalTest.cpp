@@ -1,4 +1,3 @@
-#include "extract/Total.h"
 #include "RowFixtures.h"
 
 #include <gtest/gtest.h>
