@@ -82,8 +82,12 @@ QString pretty(double value)
 QString fmtQty(double q)
 {
     const double r = std::round(q);
-    if (std::abs(q - r) < 0.0001)
-        return QString::number(static_cast<long long>(r));
+    if (std::abs(q - r) < 0.0001) {
+        // Past 2^53 every double is whole, and converting to long long could overflow.
+        if (std::abs(r) < 9e15)
+            return QString::number(static_cast<long long>(r));
+        return QString::number(r, 'f', 0);
+    }
     QString text = printfFixed(q, 3);
     while (text.endsWith(u'0'))
         text.chop(1);

@@ -1,4 +1,5 @@
 #include "CliRunner.h"
+#include "support/TestSupport.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,13 +14,6 @@
 namespace {
 
 const QString samples = QStringLiteral(TABRIX_SOURCE_DIR "/samples/documents");
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
 
 // Folders expand as in the app, a file named twice is read once, and results follow queue order
 // whatever the number of jobs.

@@ -52,6 +52,17 @@ TEST(LinesCli, BareArrayAndCustomFields)
     EXPECT_EQ(custom.value("source").toString(), QStringLiteral("kw|PO Number"));
 }
 
+// The user's locale from the environment orders an ambiguous date: month first in C (taken as US English),
+// day first for a British user.
+TEST(LinesCli, LocaleOrdersAmbiguousDates)
+{
+    const QByteArray input = R"([{"text": "Invoice Date: 03/04/2024", "rect": [0.1, 0.1, 0.3, 0.02]}])";
+    EXPECT_EQ(fieldsByKey(runLines(input).out).value("date")["value"].toString(),
+              QStringLiteral("2024-03-04"));
+    EXPECT_EQ(fieldsByKey(runLines(input, "en_GB.UTF-8").out).value("date")["value"].toString(),
+              QStringLiteral("2024-04-03"));
+}
+
 // Invalid input is a one-line error with status 1, never a crash.
 TEST(LinesCli, RejectsInvalidInput)
 {

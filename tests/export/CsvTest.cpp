@@ -1,6 +1,5 @@
 #include "export/Csv.h"
 #include "ExportFixtures.h"
-#include "export/ExportText.h"
 
 #include <gtest/gtest.h>
 
@@ -77,18 +76,6 @@ TEST(ExportCsv, PythonReadsItBack)
         out.trimmed(),
         QByteArray(
             R"([["a", "b,c", "\"d\""], ["1", "x\ny", "say \"hi\""], ["", "\u00e9\u20ac", "tab\there"]])"));
-}
-
-// The copy message counts documents, singular for one.
-TEST(ExportText, CopiedMessage)
-{
-    EXPECT_EQ(
-        ExportText::copied(1),
-        QStringLiteral("Copied 1 approved document as tab-separated text. Paste it into a spreadsheet."));
-    EXPECT_EQ(
-        ExportText::copied(3),
-        QStringLiteral("Copied 3 approved documents as tab-separated text. Paste it into a spreadsheet."));
-    EXPECT_EQ(ExportText::csvFileName(RowLayout::perLineItem), QStringLiteral("tabrix-line-items.csv"));
 }
 
 } // namespace

@@ -1,16 +1,11 @@
 #include "export/SaveFile.h"
+#include "support/TestSupport.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace {
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
-}
 
 // A save replaces the file's whole content and leaves no temporary file beside it.
 TEST(SaveFile, ReplacesExistingFile)
@@ -19,7 +14,7 @@ TEST(SaveFile, ReplacesExistingFile)
     const QString path = dir.filePath(QStringLiteral("out.csv"));
     ASSERT_FALSE(Exporter::saveFile(path, "first, longer content"));
     ASSERT_FALSE(Exporter::saveFile(path, "second"));
-    EXPECT_EQ(readAll(path), QByteArray("second"));
+    EXPECT_EQ(readFile(path), QByteArray("second"));
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList({"out.csv"}));
 }
 
@@ -44,7 +39,7 @@ TEST(SaveFile, FailureKeepsOldFile)
     ASSERT_FALSE(Exporter::saveFile(path, "old content"));
     const std::optional<TabrixError> error = Exporter::saveFile(path, "new");
     ASSERT_TRUE(error);
-    EXPECT_EQ(readAll(path), QByteArray("old content"));
+    EXPECT_EQ(readFile(path), QByteArray("old content"));
 
     const std::optional<TabrixError> full = Exporter::saveFile(QStringLiteral("/dev/full"), "bytes");
     ASSERT_TRUE(full);

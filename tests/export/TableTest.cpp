@@ -71,13 +71,4 @@ TEST(ExportTables, EmptyInput)
     EXPECT_TRUE(items.rows.isEmpty());
 }
 
-// The layout picker offers the two layouts in order with their captions.
-TEST(ExportTables, LayoutCaptions)
-{
-    QStringList captions;
-    for (RowLayout layout : allRowLayouts())
-        captions.append(rowLayoutCaption(layout));
-    EXPECT_EQ(captions, QStringList({"One row per document", "One row per line item"}));
-}
-
 } // namespace

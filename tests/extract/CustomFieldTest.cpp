@@ -73,10 +73,8 @@ TEST(CustomField, Identity)
     const CustomFieldDef keyword = def(QStringLiteral(" PO Number "), false, QString());
     const Field field = Extractor::extractCustom(keyword, {});
     EXPECT_EQ(field.key, keyword.id.toString(QUuid::WithoutBraces).toUpper());
-    EXPECT_EQ(field.label, QStringLiteral("Custom field"));
     EXPECT_EQ(field.source, QStringLiteral("kw| PO Number "));
     EXPECT_TRUE(field.isCustom);
-    EXPECT_FALSE(field.edited);
     EXPECT_EQ(Extractor::extractCustom(def(QStringLiteral("a|b"), true), {}).source,
               QStringLiteral("re|a|b"));
 }

@@ -72,7 +72,6 @@ const Case cases[] = {
     {"Tax ID: 12-3456789", false},
     {"ROC NO: 538358-H", false},
     {"John Smith", false},
-    {"Calgary AB T2P 1J9", false},
     {"AG", false},
     {"Store #1234", false},
     {"Marketplace Lane", false},

@@ -3,14 +3,9 @@
 #include "extract/Amounts.h"
 #include "model/Row.h"
 
-#include <QStringList>
-#include <ostream>
+#include "support/TestSupport.h"
 
-// Readable QString values in assertion failures.
-inline void PrintTo(const QString &text, std::ostream *os)
-{
-    *os << '"' << text.toStdString() << '"';
-}
+#include <QStringList>
 
 // Small builders for extractor tests.
 namespace RowFixtures {

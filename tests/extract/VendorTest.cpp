@@ -23,8 +23,6 @@ TEST(Vendor, LabelWins)
     const TextLine label = lineOf(QStringLiteral("Vendor: Acme Supplies "), 0.1, 0.8);
     lines.append(label);
     const Field field = Extractor::findVendor(lines);
-    EXPECT_EQ(field.key, QStringLiteral("vendor"));
-    EXPECT_EQ(field.label, QStringLiteral("Vendor"));
     EXPECT_EQ(field.value, QStringLiteral("Acme Supplies"));
     EXPECT_DOUBLE_EQ(field.confidence, 0.9);
     EXPECT_EQ(field.box, (PageBox{0, label.rect}));

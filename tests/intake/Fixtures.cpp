@@ -1,4 +1,5 @@
 #include "Fixtures.h"
+#include "support/TestSupport.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -39,13 +40,6 @@ void letterPdf(const QString &path, int pages, const std::function<void(QPainter
     }
 }
 
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly))
-        file.write(bytes);
-}
-
 } // namespace
 
 QStringList invoiceLines()
@@ -74,11 +68,6 @@ void writeDigitalPdf(const QString &path, int pages)
     letterPdf(path, pages, [pages](QPainter &p, int i) {
         drawInvoice(p, QSizeF(612, 792), QStringLiteral("Page %1 of %2").arg(i + 1).arg(pages));
     });
-}
-
-void writeScannedPdf(const QString &path)
-{
-    letterPdf(path, 1, [](QPainter &p, int) { p.drawImage(QRectF(0, 0, 612, 792), invoiceImage(1700)); });
 }
 
 QByteArray showText(double x, double baseline, double size, const QByteArray &text)

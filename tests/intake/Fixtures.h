@@ -15,8 +15,6 @@ QStringList invoiceLines();
 QImage invoiceImage(int width); ///< Letter proportions
 /// Letter pages with the invoice and a "Page i of n" footer (QPdfWriter: a real text layer).
 void writeDigitalPdf(const QString &path, int pages);
-/// One Letter page holding only a picture of the invoice, as a scanner makes it.
-void writeScannedPdf(const QString &path);
 
 /// A hand-written PDF page: boxes in points, text in Helvetica (font /F1).
 struct RawPage {

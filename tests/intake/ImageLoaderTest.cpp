@@ -115,18 +115,17 @@ TEST_F(ImageLoader, FailuresAndMislabelledFiles)
     QBuffer buffer(&png);
     buffer.open(QIODevice::WriteOnly);
     marked(200, 200).save(&buffer, "PNG");
+    // clang-format off
     const QList<std::pair<const char *, QByteArray>> files{
         {"corrupt.png", "not an image"},
         {"corrupt.tiff", "II*\0garbage"},
-        {"corrupt.heic", QByteArray("\0\0\0\x18"
-                                    "ftypheic\0\0\0\0mif1heic",
-                                    24) +
-                             "broken"},
+        {"corrupt.heic", QByteArray("\0\0\0\x18" "ftypheic\0\0\0\0mif1heic", 24) + "broken"},
         {"corrupt.jpg", "\xff\xd8\xff garbage"},
         {"truncated.png", png.left(png.size() / 2)},
         {"deleted.png", png},
         {"notes.txt", "hello"},
         {"png.jpg", png}};
+    // clang-format on
     for (const auto &[name, bytes] : files) {
         QFile file(path(name));
         file.open(QIODevice::WriteOnly);

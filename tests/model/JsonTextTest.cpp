@@ -1,5 +1,6 @@
 #include "model/JsonText.h"
 #include "model/CustomFieldCodec.h"
+#include "support/TestSupport.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -75,20 +76,7 @@ TEST(CustomFieldCodec, EncodesFileFormAndRoundTrips)
          false},
         {QUuid("{0a1b2c3d-0000-4000-8000-00000000000f}"), QString(), QStringLiteral("\\d+ é"), true}};
     const QByteArray text = CustomFieldCodec::encode(defs);
-    EXPECT_EQ(text, QByteArray("[\n"
-                               "  {\n"
-                               "    \"id\" : \"6F9619FF-8B86-D011-B42D-00C04FC964FF\",\n"
-                               "    \"isRegex\" : false,\n"
-                               "    \"name\" : \"PO number\",\n"
-                               "    \"pattern\" : \"P\\/O\"\n"
-                               "  },\n"
-                               "  {\n"
-                               "    \"id\" : \"0A1B2C3D-0000-4000-8000-00000000000F\",\n"
-                               "    \"isRegex\" : true,\n"
-                               "    \"name\" : \"\",\n"
-                               "    \"pattern\" : \"\\\\d+ é\"\n"
-                               "  }\n"
-                               "]"));
+    EXPECT_EQ(text, goldenFile("custom-fields.json"));
     EXPECT_EQ(CustomFieldCodec::decode(text), defs);
     EXPECT_EQ(CustomFieldCodec::encode({}), QByteArray("[]"));
 }

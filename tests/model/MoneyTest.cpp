@@ -57,7 +57,8 @@ INSTANTIATE_TEST_SUITE_P(Examples, MoneyFmtQty,
                                            QtyCase{0.3333, "0.333"}, QtyCase{2.00004, "2"}, QtyCase{2.0, "2"},
                                            QtyCase{2.00005, "2"}, QtyCase{2.0001, "2."},
                                            QtyCase{2.0004, "2."}, QtyCase{0.5, "0.5"}, QtyCase{-2.0, "-2"},
-                                           QtyCase{0.0, "0"}, QtyCase{-1.5, "-1.5"}));
+                                           QtyCase{0.0, "0"}, QtyCase{-1.5, "-1.5"},
+                                           QtyCase{1e20, "100000000000000000000"}));
 
 // Display follows the locale's separators with two decimals; machine text never does.
 TEST(MoneyFormat, PrettyFollowsLocaleFixedDoesNot)

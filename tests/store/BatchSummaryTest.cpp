@@ -29,21 +29,17 @@ TEST(BatchSummary, DuplicateIDs)
         QList<DocPtr> docs;
         QList<int> expected;
     } cases[] = {
-        {"totals written differently",
-         {doc({"Acme", "42", "10.00"}), doc({"Acme", "42", "10"}), doc({"Acme", "42", "10.01"})},
-         {0, 1}},
-        {"case and spaces",
-         {doc({"ACME Ltd ", "INV-001", "1,250.00"}), doc({"acme ltd", "inv-001", "1250"})},
-         {0, 1}},
+        // clang-format off
+        {"totals written differently", {doc({"Acme", "42", "10.00"}), doc({"Acme", "42", "10"}), doc({"Acme", "42", "10.01"})}, {0, 1}},
+        {"case and spaces", {doc({"ACME Ltd ", "INV-001", "1,250.00"}), doc({"acme ltd", "inv-001", "1250"})}, {0, 1}},
         {"inner spelling", {doc({"Acme", "INV-001", "5"}), doc({"Acme", "INV 001", "5"})}, {}},
         {"empty number", {doc({"Acme", "", "5"}), doc({"Acme", "", "5"})}, {}},
         {"empty vendor", {doc({"", "7", "5"}), doc({"", "7", "5"})}, {}},
         {"unreadable total", {doc({"B", "1", "n/a"}), doc({"B", "1", "n/a"})}, {}},
         {"one still read", {doc({"Acme", "42", "10"}, DocStatus::Reading), doc({"Acme", "42", "10"})}, {}},
-        {"three of a kind",
-         {doc({"A", "1", "3"}), doc({"B", "1", "3"}), doc({"A", "1", "3.00"}), doc({"A", "1", "3"})},
-         {0, 2, 3}},
+        {"three of a kind", {doc({"A", "1", "3"}), doc({"B", "1", "3"}), doc({"A", "1", "3.00"}), doc({"A", "1", "3"})}, {0, 2, 3}},
         {"empty batch", {}, {}},
+        // clang-format on
     };
     for (const auto &c : cases) {
         QSet<QUuid> expected;

@@ -71,7 +71,7 @@ TEST_F(StoreBatch, FailureAndReprocess)
     const DocPtr a = store->docs()[0];
     const QList<Field> before = a->fields();
     a->setApproved(true);
-    writeBytes(paths[0], "!PDF is password protected");
+    writeFile(paths[0], "!PDF is password protected");
     fake.hold();
     store->reprocess(a);
     EXPECT_FALSE(a->approved());
@@ -160,8 +160,7 @@ TEST(StorePipeline, ReadsRealDocuments)
 {
     QTemporaryDir data;
     Store store(StoreOptions{data.path(), {}, nullptr});
-    const QString samples = QDir::cleanPath(QStringLiteral(TABRIX_TEST_DATA "/../../samples/documents"));
-    store.add({samples + "/northwind-invoice.pdf", samples + "/atelier-invoice-scan.png"});
+    store.add({sampleFile("northwind-invoice.pdf"), sampleFile("atelier-invoice-scan.png")});
     ASSERT_EQ(store.docs().size(), 2);
     ASSERT_TRUE(waitUntil([&] { return !store.isProcessing(); }, 120000));
     for (const DocPtr &d : store.docs()) {

@@ -14,18 +14,11 @@ protected:
     QString saved() const { return data.filePath("custom-fields.json"); }
 };
 
-// Saved definitions are a pretty-printed array with sorted keys, " : " and escaped slashes, and the
-// next store loads them back in order with their ids.
-TEST_F(StoreCustomFields, SavedFileFormatAndReload)
+// Saved definitions are the codec's file form, and the next store loads them back in order with their ids.
+TEST_F(StoreCustomFields, SavedFileAndReload)
 {
     store->setCustomFields({po, ref});
-    EXPECT_EQ(readBytes(saved()),
-              QByteArray("[\n  {\n    \"id\" : \"3F2504E0-4F89-11D3-9A0C-0305E82C3301\",\n"
-                         "    \"isRegex\" : true,\n    \"name\" : \"PO\",\n"
-                         "    \"pattern\" : \"PO[- ]?(\\\\d+)\\/x\"\n  },\n"
-                         "  {\n    \"id\" : \"7C9E6679-7425-40DE-944B-E07FC1F90AE7\",\n"
-                         "    \"isRegex\" : false,\n    \"name\" : \"\",\n"
-                         "    \"pattern\" : \"Reference\"\n  }\n]"));
+    EXPECT_EQ(readFile(saved()), CustomFieldCodec::encode({po, ref}));
     EXPECT_EQ(makeStore()->customFields(), (QList<CustomFieldDef>{po, ref}));
 }
 
@@ -37,13 +30,13 @@ TEST_F(StoreCustomFields, MissingOrCorruptFile)
     EXPECT_FALSE(QFile::exists(saved()));
     for (const QByteArray bad :
          {"[{\"id\": ", "{}", R"([{"id":"nope","isRegex":true,"name":"a","pattern":"b"}])"}) {
-        writeBytes(saved(), bad);
+        writeFile(saved(), bad);
         auto loaded = makeStore();
         EXPECT_TRUE(loaded->customFields().isEmpty() && loaded->alertText().isEmpty()) << bad.constData();
-        EXPECT_EQ(readBytes(saved()), bad);
+        EXPECT_EQ(readFile(saved()), bad);
     }
     store->setCustomFields({});
-    EXPECT_EQ(readBytes(saved()), "[]");
+    EXPECT_EQ(readFile(saved()), "[]");
 }
 
 // An exported file imported again replaces the list with the same definitions and ids; a file that is
@@ -61,10 +54,10 @@ TEST_F(StoreCustomFields, ExportAndImport)
     EXPECT_EQ(store->customFields(), (QList<CustomFieldDef>{po, ref}));
     EXPECT_TRUE(store->alertText().isEmpty());
 
-    const QByteArray before = readBytes(saved());
-    writeBytes(files.filePath("bad.json"),
+    const QByteArray before = readFile(saved());
+    writeFile(files.filePath("bad.json"),
                R"([{"id":"3F2504E0-4F89-11D3-9A0C-0305E82C3301","name":"PO","pattern":"x"}])");
-    writeBytes(files.filePath("twice.json"),
+    writeFile(files.filePath("twice.json"),
                CustomFieldCodec::encode({po, ref, CustomFieldDef{po.id, "Copy", "x"}}));
     const QString twice = "Two custom fields in that file have the same id " + uuidText(po.id) +
                           " (\"PO\" and \"Copy\"); each field needs its own id.";
@@ -77,7 +70,7 @@ TEST_F(StoreCustomFields, ExportAndImport)
         store->importCustomFields();
         EXPECT_EQ(store->alertText(), message);
         EXPECT_EQ(store->customFields(), (QList<CustomFieldDef>{po, ref}));
-        EXPECT_EQ(readBytes(saved()), before);
+        EXPECT_EQ(readFile(saved()), before);
     }
 }
 

@@ -53,7 +53,7 @@ TEST_F(StoreExport, CsvAndTsvFollowLayout)
     ui.saveAnswer = files.filePath("out.csv");
     store->exportCSV();
     EXPECT_EQ(ui.proposedName, "tabrix-line-items.csv");
-    const QByteArray csv = readBytes(ui.saveAnswer);
+    const QByteArray csv = readFile(ui.saveAnswer);
     EXPECT_TRUE(csv.startsWith("\xEF\xBB\xBF"
                                "File,Vendor,Number,Date,Currency,Line,"))
         << csv.constData();
@@ -72,7 +72,7 @@ TEST_F(StoreExport, JsonXlsxAndWriteFailure)
     ui.saveAnswer = files.filePath("out.json");
     store->exportJSON();
     EXPECT_EQ(ui.proposedName, "tabrix-export.json");
-    const QJsonArray json = QJsonDocument::fromJson(readBytes(ui.saveAnswer)).array();
+    const QJsonArray json = QJsonDocument::fromJson(readFile(ui.saveAnswer)).array();
     ASSERT_EQ(json.size(), 1);
     EXPECT_EQ(json[0]["path"].toString(), files.filePath("doc2.pdf"));
     EXPECT_EQ(json[0]["total"].toDouble(), 4.0);
@@ -81,7 +81,7 @@ TEST_F(StoreExport, JsonXlsxAndWriteFailure)
     ui.saveAnswer = files.filePath("out.xlsx");
     store->exportXLSX();
     EXPECT_EQ(ui.proposedName, "tabrix-export.xlsx");
-    EXPECT_TRUE(readBytes(ui.saveAnswer).startsWith("PK\x03\x04"));
+    EXPECT_TRUE(readFile(ui.saveAnswer).startsWith("PK\x03\x04"));
     EXPECT_TRUE(store->alertText().isEmpty());
 
     ui.saveAnswer = files.filePath("no/such/folder/out.xlsx");

@@ -1,33 +1,15 @@
 #pragma once
 
 #include "store/Store.h"
+#include "support/TestSupport.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QMutex>
 #include <QTemporaryDir>
-#include <QThread>
 #include <QWaitCondition>
 #include <gtest/gtest.h>
-#include <ostream>
-
-inline void PrintTo(const QString &text, std::ostream *os)
-{
-    *os << '"' << text.toStdString() << '"';
-}
-
-/// Runs the event loop until `done()` holds or `ms` milliseconds pass; returns whether it held.
-template <class Pred> bool waitUntil(Pred done, int ms = 5000)
-{
-    QDeadlineTimer deadline(ms);
-    while (!done() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-        QThread::usleep(200);
-    }
-    return done();
-}
 
 /// A loader standing in for the intake pipeline: a file holding "!message" fails with that message,
 /// any other file gives one page with a text line per line of the file. hold() makes every run wait at
@@ -109,19 +91,6 @@ struct FakeUi : StoreUi {
     void setClipboardText(const QString &text) override { clipboard = text; }
 };
 
-inline void writeBytes(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly))
-        file.write(bytes);
-}
-
-inline QByteArray readBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 /// A store with a fake loader and fake dialogs, its data folder and a folder for documents.
 class StoreTest : public ::testing::Test {
 protected:
@@ -153,7 +122,7 @@ protected:
             paths.append(files.filePath(rel));
             QDir().mkpath(QFileInfo(paths.last()).absolutePath());
             if (!content.isEmpty() || !QFile::exists(paths.last()))
-                writeBytes(paths.last(), content);
+                writeFile(paths.last(), content);
         }
         return paths;
     }

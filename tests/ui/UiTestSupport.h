@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/Store.h"
+#include "support/TestSupport.h"
 #include "ui/MainWindow.h"
 
 #include <QApplication>
@@ -12,18 +13,6 @@
 #include <QTest>
 #include <gtest/gtest.h>
 #include <memory>
-
-/// Readable QStrings in failure messages.
-inline void PrintTo(const QString &text, std::ostream *os)
-{
-    *os << '"' << text.toStdString() << '"';
-}
-
-/// Runs the event loop until `done()` holds or `ms` pass; returns whether it held.
-template <class Pred> bool waitUntil(Pred done, int ms = 5000)
-{
-    return QTest::qWaitFor(done, ms);
-}
 
 /// The text lines of a small invoice, one per row down the page.
 inline QList<TextLine> invoiceLines(int page = 0)
