@@ -56,9 +56,9 @@ TEST_F(StoreCustomFields, ExportAndImport)
 
     const QByteArray before = readFile(saved());
     writeFile(files.filePath("bad.json"),
-               R"([{"id":"3F2504E0-4F89-11D3-9A0C-0305E82C3301","name":"PO","pattern":"x"}])");
+              R"([{"id":"3F2504E0-4F89-11D3-9A0C-0305E82C3301","name":"PO","pattern":"x"}])");
     writeFile(files.filePath("twice.json"),
-               CustomFieldCodec::encode({po, ref, CustomFieldDef{po.id, "Copy", "x"}}));
+              CustomFieldCodec::encode({po, ref, CustomFieldDef{po.id, "Copy", "x"}}));
     const QString twice = "Two custom fields in that file have the same id " + uuidText(po.id) +
                           " (\"PO\" and \"Copy\"); each field needs its own id.";
     for (const auto &[name, message] :
