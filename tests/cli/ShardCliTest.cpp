@@ -1,4 +1,5 @@
 #include "CliRunner.h"
+#include "support/TestSupport.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,19 +13,6 @@
 namespace {
 
 const QString samples = QStringLiteral(TABRIX_SOURCE_DIR "/samples/documents");
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
 
 CliRun merge(const QStringList &files, const QStringList &options = {})
 {

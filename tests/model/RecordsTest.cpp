@@ -16,19 +16,6 @@ TEST(DocStatusTest, FailedMessageAndProgress)
     EXPECT_FALSE(DocStatus(DocStatus::Ready).isInProgress());
 }
 
-// value() takes the first exact key match.
-TEST(DocItemTest, ValueLookup)
-{
-    DocItem doc(QStringLiteral("/tmp/a.pdf"));
-    Field first = emptyField(QStringLiteral("total"), QStringLiteral("Total"));
-    first.value = QStringLiteral("1.00");
-    Field second = first;
-    second.value = QStringLiteral("2.00");
-    doc.setFields({first, second});
-    EXPECT_EQ(doc.value(QStringLiteral("total")), QStringLiteral("1.00"));
-    EXPECT_EQ(doc.value(QStringLiteral("Total")), QString());
-}
-
 // Every published setter notifies observers.
 TEST(DocItemTest, PublishedSettersSignal)
 {

@@ -182,42 +182,6 @@ TEST_F(MainWindowTest, ChooserTakesFilesAndFolders)
     EXPECT_EQ(added, QStringList({"a.pdf", "c.png", "d.png"}));
 }
 
-// The shell's commands carry their texts, shortcuts and tooltips.
-TEST_F(MainWindowTest, CommandsHaveTheirTextsAndShortcuts)
-{
-    open();
-    EXPECT_EQ(window->windowTitle(), "Tabrix");
-    ASSERT_EQ(window->menuBar()->actions().size(), 1);
-    EXPECT_EQ(window->menuBar()->actions()[0]->text(), "Review");
-    struct Case {
-        const char *name, *text, *shortcutOrTip;
-    };
-    const Case cases[] = {
-        {"nextDocument", "Next Document", "Ctrl+]"},
-        {"previousDocument", "Previous Document", "Ctrl+["},
-        {"approveAndNext", "Approve and Next", "Ctrl+Return"},
-        {"addFiles", "Add Files", "Add files or folders"},
-        {"copyTSV", "Copy as TSV", "Copy approved documents as tab-separated text"},
-        {"exportCSV", "CSV\u2026", ""},
-        {"exportJSON", "JSON\u2026", ""},
-        {"exportXLSX", "Excel (.xlsx)\u2026", ""},
-        {"customFields", "Custom Fields", "Define custom fields"},
-    };
-    for (const Case &c : cases) {
-        auto *action = window->findChild<QAction *>(QString::fromLatin1(c.name));
-        ASSERT_NE(action, nullptr) << c.name;
-        EXPECT_EQ(action->text(), QString::fromUtf8(c.text));
-        const QString expected = QString::fromUtf8(c.shortcutOrTip);
-        if (expected.startsWith("Ctrl")) {
-            EXPECT_EQ(action->shortcut(), QKeySequence(expected));
-        } else if (!expected.isEmpty()) {
-            EXPECT_EQ(action->toolTip(), expected);
-        }
-    }
-    auto *exportButton = window->findChild<QToolButton *>(QStringLiteral("export"));
-    EXPECT_EQ(exportButton->toolTip(), "Export approved documents");
-}
-
 // The window fits a 1366 × 768 laptop with a panel, opens within its screen whatever size is asked for,
 // and comes back at the size and splitter positions a closed window had.
 TEST_F(MainWindowTest, WindowFitsTheScreenAndRemembersItsLayout)
