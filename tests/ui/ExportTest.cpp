@@ -93,22 +93,4 @@ TEST_F(ExportTest, ExportsThroughTheSaveDialog)
     EXPECT_TRUE(read("items.csv").contains("Widget"));
 }
 
-// Copy as TSV fills the clipboard and says so; with nothing approved the exports refuse in an alert.
-TEST_F(ExportTest, CopyAndRefusal)
-{
-    trigger("copyTSV");
-    EXPECT_TRUE(QGuiApplication::clipboard()->text().contains("\t"));
-    ASSERT_TRUE(waitUntil([&] { return window->alert() != nullptr; }));
-    EXPECT_EQ(window->alert()->text(),
-              "Copied 1 approved document as tab-separated text. Paste it into a spreadsheet.");
-    window->alert()->accept();
-    ASSERT_TRUE(waitUntil([&] { return store->alertText().isEmpty() && !window->alert(); }));
-
-    store->docs()[0]->setApproved(false);
-    trigger("exportJSON");
-    ASSERT_TRUE(waitUntil([&] { return window->alert() != nullptr; }));
-    EXPECT_EQ(window->alert()->text(),
-              "Approve at least one document first. Only approved documents are exported.");
-}
-
 } // namespace
