@@ -2,22 +2,19 @@
 #include "export/Csv.h"
 #include "export/JsonExport.h"
 #include "export/Xlsx.h"
-#include "model/DocItem.h"
+#include "model/DocRecord.h"
 
 #include <benchmark/benchmark.h>
-#include <memory>
 
 namespace {
 
 struct Batch {
-    std::vector<std::unique_ptr<DocItem>> owned;
-    QList<const DocItem *> docs;
+    QList<DocRecord> docs;
     QList<CustomFieldDef> defs{{QUuid::createUuid(), QStringLiteral("PO"), QStringLiteral("PO"), false}};
 
     Batch()
     {
         for (int d = 0; d < 500; ++d) {
-            auto doc = std::make_unique<DocItem>(QStringLiteral("/batch/invoice-%1.pdf").arg(d));
             QList<Field> fields;
             const char *keys[] = {"vendor",   "number",   "date", "dueDate",
                                   "currency", "subtotal", "tax",  "total"};
@@ -29,7 +26,6 @@ struct Batch {
                 field.confidence = 0.876;
                 fields.append(field);
             }
-            doc->setFields(fields);
             QList<LineItem> items;
             for (int i = 0; i < 10; ++i) {
                 LineItem item;
@@ -39,9 +35,7 @@ struct Batch {
                 item.amount = QStringLiteral("%1.34").arg(12 * (i + 1));
                 items.append(item);
             }
-            doc->setItems(items);
-            docs.append(doc.get());
-            owned.push_back(std::move(doc));
+            docs.append({QStringLiteral("/batch/invoice-%1.pdf").arg(d), fields, items});
         }
     }
 };

@@ -4,16 +4,12 @@
 #include "Jsonl.h"
 #include "StandardOutput.h"
 
-#include "export/Csv.h"
-#include "export/JsonExport.h"
+#include "export/ExportFormat.h"
 #include "export/SaveFile.h"
-#include "export/Table.h"
-#include "export/Xlsx.h"
 #include "intake/NativeNames.h"
+#include "intake/Processing.h"
 #include "intake/SupportedFiles.h"
 #include "model/CustomFieldCodec.h"
-#include "store/Processing.h"
-#include "store/Store.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -24,32 +20,17 @@
 #include <QThreadPool>
 #include <cstdio>
 #include <functional>
-#include <memory>
 #include <unistd.h>
 
 namespace {
-
-/// The files to read and the paths that cannot be, as found, each named once (by its cleaned absolute
-/// path), in queue order.
-QList<Pipeline::Found> queue(const QStringList &paths)
-{
-    QList<Pipeline::Found> files;
-    QSet<QString> seen;
-    for (const Pipeline::Found &file : Pipeline::expandReporting(paths)) {
-        if (!seen.contains(Pipeline::standardPath(file.path))) {
-            seen.insert(Pipeline::standardPath(file.path));
-            files.append(file);
-        }
-    }
-    return files;
-}
 
 /// The definitions given with --custom-fields, or else the user's saved ones (never written here).
 Expected<QList<CustomFieldDef>> customFields(const QString &given)
 {
     if (given.isEmpty()) {
         // A missing or damaged saved file means no definitions, as in the app.
-        const auto saved = CustomFieldCodec::readFile(Store::customFieldsPath(Store::defaultDataFolder()));
+        const auto saved =
+            CustomFieldCodec::readFile(CustomFieldCodec::fileIn(CustomFieldCodec::defaultFolder()));
         return std::holds_alternative<TabrixError>(saved) ? QList<CustomFieldDef>{} : saved;
     }
     return CustomFieldCodec::readFile(given);
@@ -159,19 +140,6 @@ readAll(const QList<Pipeline::Found> &files, const QList<CustomFieldDef> &defs, 
     return results;
 }
 
-/// The chosen export of `docs`, or the archiver's error for a workbook.
-Expected<QByteArray> exportBytes(const BatchOptions &options, const QList<const DocItem *> &docs,
-                                 const QList<CustomFieldDef> &defs)
-{
-    if (options.format == QLatin1String("json"))
-        return Exporter::json(docs, defs);
-    if (options.format == QLatin1String("xlsx"))
-        return Exporter::xlsx(Exporter::workbookSheets(docs, defs));
-    const Table table = options.layout == QLatin1String("line-item") ? Exporter::lineItems(docs)
-                                                                     : Exporter::documents(docs, defs);
-    return (options.format == QLatin1String("csv") ? Exporter::csv(table) : Exporter::tsv(table)).toUtf8();
-}
-
 } // namespace
 
 int runBatch(const BatchOptions &options)
@@ -184,7 +152,10 @@ int runBatch(const BatchOptions &options)
     const auto *defs = &std::get<QList<CustomFieldDef>>(read);
     if (options.merge)
         return runMerge(options, *defs);
-    const QList<Pipeline::Found> expanded = queue(options.paths);
+    // Each file once, by its standard path, in queue order; unreadable locations stay as failures.
+    QSet<QString> known;
+    const QList<Pipeline::Found> expanded =
+        Pipeline::withoutRepeats(Pipeline::expandReporting(options.paths), known);
     if (expanded.isEmpty()) {
         printError(Pipeline::noSupportedFilesMessage());
         return 1;
@@ -220,26 +191,21 @@ int runBatch(const BatchOptions &options)
 int exportResults(const BatchOptions &options, const QStringList &files,
                   const QList<Expected<Processing::Loaded>> &results, const QList<CustomFieldDef> &defs)
 {
-    std::vector<std::unique_ptr<DocItem>> ready;
+    QList<DocRecord> ready;
     bool anyFailed = false;
     for (qsizetype i = 0; i < files.size(); ++i) {
-        const auto *loaded = std::get_if<Processing::Loaded>(&results[i]);
-        if (!loaded) {
+        if (const auto *loaded = std::get_if<Processing::Loaded>(&results[i]))
+            ready.append({QFileInfo(files[i]).absoluteFilePath(), loaded->extraction.fields,
+                          loaded->extraction.items});
+        else
             anyFailed = true;
-            continue;
-        }
-        auto doc = std::make_unique<DocItem>(QFileInfo(files[i]).absoluteFilePath());
-        doc->setFields(loaded->extraction.fields);
-        doc->setItems(loaded->extraction.items);
-        doc->setStatus(DocStatus::Ready);
-        doc->setApproved(true);
-        ready.push_back(std::move(doc));
     }
-    QList<const DocItem *> docs;
-    for (const auto &doc : ready)
-        docs.append(doc.get());
 
-    const auto exported = exportBytes(options, docs, defs);
+    // The command line was checked before anything was read.
+    const auto format = exportFormatNamed(options.format);
+    const auto layout = rowLayoutNamed(options.layout);
+    Q_ASSERT(format && layout);
+    const auto exported = Exporter::exportBytes(*format, *layout, ready, defs);
     if (const auto *error = std::get_if<TabrixError>(&exported)) {
         printError(QStringLiteral("tabrix-cli: ") + error->message);
         return 1;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "intake/Processing.h"
 #include "model/CustomFieldDef.h"
-#include "store/Processing.h"
 
 #include <QSet>
 

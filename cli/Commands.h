@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Shard.h"
+#include "intake/Processing.h"
 #include "model/CustomFieldDef.h"
 #include "model/RuleSet.h"
-#include "store/Processing.h"
 
 #include <QString>
 #include <QStringList>

@@ -3,7 +3,6 @@
 #include "LinesJson.h"
 
 #include "export/JsonExport.h"
-#include "model/DocItem.h"
 #include "model/JsonText.h"
 
 #include <QFileInfo>
@@ -68,10 +67,7 @@ QByteArray line(qsizetype index, qsizetype count, const QString &path,
                              {QStringLiteral("error"), error->message}};
     } else {
         const auto &extraction = std::get<Processing::Loaded>(result).extraction;
-        DocItem doc(info.absoluteFilePath());
-        doc.setFields(extraction.fields);
-        doc.setItems(extraction.items);
-        object = Exporter::jsonElement(doc, defs);
+        object = Exporter::jsonElement({info.absoluteFilePath(), extraction.fields, extraction.items}, defs);
         object.insert(QStringLiteral("fields"), LinesJson::fieldsJson(extraction.fields));
         object.insert(QStringLiteral("items"), LinesJson::itemsJson(extraction.items));
     }

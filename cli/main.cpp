@@ -1,5 +1,6 @@
 // tabrix-cli: the extraction pipeline without a window, for batches and scripts.
 #include "Commands.h"
+#include "export/ExportFormat.h"
 #include "intake/NativeNames.h"
 #include "intake/Pipeline.h"
 
@@ -81,11 +82,11 @@ int main(int argc, char **argv)
                 return usageError(QStringLiteral("--dump-lines takes exactly one PATH"));
             return runDumpLines(v, options.rules);
         } else if (arg == QLatin1String("--format")) {
-            if (!value(v) || !QStringList{"json", "csv", "tsv", "xlsx", "jsonl"}.contains(v))
+            if (!value(v) || (v != QLatin1String("jsonl") && !exportFormatNamed(v)))
                 return usageError(QStringLiteral("--format must be json, csv, tsv, xlsx or jsonl"));
             options.format = v;
         } else if (arg == QLatin1String("--layout")) {
-            if (!value(v) || !QStringList{"document", "line-item"}.contains(v))
+            if (!value(v) || !rowLayoutNamed(v))
                 return usageError(QStringLiteral("--layout must be document or line-item"));
             options.layout = v;
         } else if (arg == QLatin1String("--output")) {

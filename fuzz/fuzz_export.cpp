@@ -5,7 +5,7 @@
 #include "export/JsonExport.h"
 #include "export/Table.h"
 #include "export/Xlsx.h"
-#include "model/DocItem.h"
+#include "model/DocRecord.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -148,10 +148,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         defs.append(CustomFieldDef{QUuid::createUuid(), text(in), text(in), false});
     static const char *const keys[] = {"vendor",   "number",   "date", "dueDate",
                                        "currency", "subtotal", "tax",  "total"};
-    std::vector<std::unique_ptr<DocItem>> owned;
-    QList<const DocItem *> docs;
+    QList<DocRecord> docs;
     for (int n = in.ConsumeIntegralInRange(0, 3); n > 0; --n) {
-        auto doc = std::make_unique<DocItem>(text(in));
+        const QString path = text(in);
         QList<Field> fields;
         for (const char *key : keys)
             fields.append(emptyField(QString::fromLatin1(key), QString::fromLatin1(key)));
@@ -163,7 +162,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
             f.isCustom = true;
             fields.append(f);
         }
-        doc->setFields(fields);
         QList<LineItem> items;
         for (int k = in.ConsumeIntegralInRange(0, 3); k > 0; --k) {
             LineItem item;
@@ -171,10 +169,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
             item.amount = text(in);
             items.append(item);
         }
-        doc->setItems(items);
-        doc->setApproved(true);
-        docs.append(doc.get());
-        owned.push_back(std::move(doc));
+        docs.append({path, fields, items});
     }
 
     QJsonParseError error{};

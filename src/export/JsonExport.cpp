@@ -1,6 +1,6 @@
 #include "JsonExport.h"
 
-#include "model/DocItem.h"
+#include "model/DocRecord.h"
 #include "model/JsonText.h"
 #include "model/Money.h"
 
@@ -28,7 +28,7 @@ double roundedConfidence(const Field &field)
 
 } // namespace
 
-QJsonObject jsonElement(const DocItem &doc, const QList<CustomFieldDef> &defs)
+QJsonObject jsonElement(const DocRecord &doc, const QList<CustomFieldDef> &defs)
 {
     QJsonObject custom;
     for (const CustomFieldDef &def : defs) {
@@ -37,7 +37,7 @@ QJsonObject jsonElement(const DocItem &doc, const QList<CustomFieldDef> &defs)
     }
 
     QJsonArray items;
-    for (const LineItem &item : doc.items()) {
+    for (const LineItem &item : doc.items) {
         items.append(QJsonObject{{QStringLiteral("description"), item.description},
                                  {QStringLiteral("quantity"), amount(item.quantity)},
                                  {QStringLiteral("unitPrice"), amount(item.unitPrice)},
@@ -45,12 +45,12 @@ QJsonObject jsonElement(const DocItem &doc, const QList<CustomFieldDef> &defs)
     }
 
     QJsonObject confidence;
-    for (const Field &field : doc.fields())
+    for (const Field &field : doc.fields)
         confidence.insert(field.label, roundedConfidence(field));
 
     return QJsonObject{
         {QStringLiteral("file"), doc.fileName()},
-        {QStringLiteral("path"), QFileInfo(doc.path()).absoluteFilePath()},
+        {QStringLiteral("path"), QFileInfo(doc.path).absoluteFilePath()},
         {QStringLiteral("vendor"), doc.value(QStringLiteral("vendor"))},
         {QStringLiteral("number"), doc.value(QStringLiteral("number"))},
         {QStringLiteral("date"), doc.value(QStringLiteral("date"))},
@@ -65,11 +65,11 @@ QJsonObject jsonElement(const DocItem &doc, const QList<CustomFieldDef> &defs)
     };
 }
 
-QByteArray json(const QList<const DocItem *> &docs, const QList<CustomFieldDef> &defs)
+QByteArray json(const QList<DocRecord> &docs, const QList<CustomFieldDef> &defs)
 {
     QJsonArray array;
-    for (const DocItem *doc : docs)
-        array.append(jsonElement(*doc, defs));
+    for (const DocRecord &doc : docs)
+        array.append(jsonElement(doc, defs));
     return JsonText::write(array, JsonText::Slashes::Plain);
 }
 

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "model/CustomFieldDef.h"
+#include "model/DocRecord.h"
 
 #include <QByteArray>
 #include <QJsonObject>
 #include <QList>
-
-class DocItem;
 
 namespace Exporter {
 
@@ -16,9 +15,9 @@ namespace Exporter {
 /// line items with numeric quantity/unitPrice/amount, and a confidence per field label (1 for a
 /// field the user edited, else rounded to two decimals). Written in our JSON text form with plain
 /// slashes. Never fails.
-QByteArray json(const QList<const DocItem *> &docs, const QList<CustomFieldDef> &defs);
+QByteArray json(const QList<DocRecord> &docs, const QList<CustomFieldDef> &defs);
 
 /// One element of that array: the object written for `doc`. Never fails.
-QJsonObject jsonElement(const DocItem &doc, const QList<CustomFieldDef> &defs);
+QJsonObject jsonElement(const DocRecord &doc, const QList<CustomFieldDef> &defs);
 
 } // namespace Exporter

@@ -1,6 +1,6 @@
 #include "Table.h"
 
-#include "model/DocItem.h"
+#include "model/DocRecord.h"
 
 QList<RowLayout> allRowLayouts()
 {
@@ -20,7 +20,7 @@ QString rowLayoutCaption(RowLayout layout)
 
 namespace Exporter {
 
-Table documents(const QList<const DocItem *> &docs, const QList<CustomFieldDef> &defs)
+Table documents(const QList<DocRecord> &docs, const QList<CustomFieldDef> &defs)
 {
     Table table;
     table.headers = {QStringLiteral("File"),      QStringLiteral("Vendor"),   QStringLiteral("Number"),
@@ -34,25 +34,25 @@ Table documents(const QList<const DocItem *> &docs, const QList<CustomFieldDef> 
     }
     table.numeric = {6, 7, 8, 9};
 
-    for (const DocItem *doc : docs) {
-        QStringList row{doc->fileName(),
-                        doc->value(QStringLiteral("vendor")),
-                        doc->value(QStringLiteral("number")),
-                        doc->value(QStringLiteral("date")),
-                        doc->value(QStringLiteral("dueDate")),
-                        doc->value(QStringLiteral("currency")),
-                        doc->value(QStringLiteral("subtotal")),
-                        doc->value(QStringLiteral("tax")),
-                        doc->value(QStringLiteral("total")),
-                        QString::number(doc->items().size())};
+    for (const DocRecord &doc : docs) {
+        QStringList row{doc.fileName(),
+                        doc.value(QStringLiteral("vendor")),
+                        doc.value(QStringLiteral("number")),
+                        doc.value(QStringLiteral("date")),
+                        doc.value(QStringLiteral("dueDate")),
+                        doc.value(QStringLiteral("currency")),
+                        doc.value(QStringLiteral("subtotal")),
+                        doc.value(QStringLiteral("tax")),
+                        doc.value(QStringLiteral("total")),
+                        QString::number(doc.items.size())};
         for (const QString &key : customKeys)
-            row.append(doc->value(key));
+            row.append(doc.value(key));
         table.rows.append(row);
     }
     return table;
 }
 
-Table lineItems(const QList<const DocItem *> &docs)
+Table lineItems(const QList<DocRecord> &docs)
 {
     Table table;
     table.headers = {
@@ -62,12 +62,12 @@ Table lineItems(const QList<const DocItem *> &docs)
         QStringLiteral("Amount"),      QStringLiteral("Document total")};
     table.numeric = {5, 7, 8, 9, 10};
 
-    for (const DocItem *doc : docs) {
-        const QStringList prefix{doc->fileName(), doc->value(QStringLiteral("vendor")),
-                                 doc->value(QStringLiteral("number")), doc->value(QStringLiteral("date")),
-                                 doc->value(QStringLiteral("currency"))};
-        const QString total = doc->value(QStringLiteral("total"));
-        const QList<LineItem> &items = doc->items();
+    for (const DocRecord &doc : docs) {
+        const QStringList prefix{doc.fileName(), doc.value(QStringLiteral("vendor")),
+                                 doc.value(QStringLiteral("number")), doc.value(QStringLiteral("date")),
+                                 doc.value(QStringLiteral("currency"))};
+        const QString total = doc.value(QStringLiteral("total"));
+        const QList<LineItem> &items = doc.items;
         if (items.isEmpty()) {
             table.rows.append(prefix +
                               QStringList{QString(), QString(), QString(), QString(), QString(), total});

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "model/CustomFieldDef.h"
+#include "model/DocRecord.h"
 
 #include <QList>
 #include <QSet>
 #include <QString>
 #include <QStringList>
-
-class DocItem;
 
 /// What every tabular export (CSV, TSV, both workbook sheets) is written from. Cells are text as
 /// stored in the documents; nothing is parsed or reformatted when a table is built.
@@ -33,10 +32,10 @@ namespace Exporter {
 /// One row per document, in the order of `docs`: the standard fields, the line-item count and one
 /// column per definition of `defs` (headed by its name, or "Custom field" when the name is empty).
 /// Subtotal, Tax, Total and the count are the numeric columns; custom columns never are.
-Table documents(const QList<const DocItem *> &docs, const QList<CustomFieldDef> &defs);
+Table documents(const QList<DocRecord> &docs, const QList<CustomFieldDef> &defs);
 
 /// One row per line item (a document without items still gets one row, with its total), in the
 /// order of `docs` and of each document's items. The document total repeats on each of its rows.
-Table lineItems(const QList<const DocItem *> &docs);
+Table lineItems(const QList<DocRecord> &docs);
 
 } // namespace Exporter

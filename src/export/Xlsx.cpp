@@ -162,7 +162,7 @@ Expected<QByteArray> zipInMemory(const QList<std::pair<QByteArray, QByteArray>> 
 
 } // namespace
 
-QList<Sheet> workbookSheets(const QList<const DocItem *> &docs, const QList<CustomFieldDef> &defs)
+QList<Sheet> workbookSheets(const QList<DocRecord> &docs, const QList<CustomFieldDef> &defs)
 {
     return {{QStringLiteral("Documents"), documents(docs, defs)},
             {QStringLiteral("Line items"), lineItems(docs)}};

@@ -8,8 +8,6 @@
 #include <QList>
 #include <QString>
 
-class DocItem;
-
 namespace Exporter {
 
 /// One worksheet of a workbook: its tab name and its table.
@@ -20,7 +18,7 @@ struct Sheet {
 
 /// The two sheets of the Excel export, whatever the current layout: "Documents" (per-document
 /// table with custom field columns) and "Line items" (per-line-item table).
-QList<Sheet> workbookSheets(const QList<const DocItem *> &docs, const QList<CustomFieldDef> &defs);
+QList<Sheet> workbookSheets(const QList<DocRecord> &docs, const QList<CustomFieldDef> &defs);
 
 /// Column letters of zero-based column `index` (0 → "A", 26 → "AA"); "" for a negative index.
 QString colName(int index);

@@ -102,14 +102,17 @@ QList<Found> expandReporting(const QStringList &paths)
     return result;
 }
 
-QStringList expand(const QStringList &paths)
+QList<Found> withoutRepeats(const QList<Found> &found, QSet<QString> &known)
 {
-    QStringList files;
-    for (const Found &found : expandReporting(paths)) {
-        if (found.error.isEmpty())
-            files.append(found.path);
+    QList<Found> kept;
+    for (const Found &location : found) {
+        const QString standard = standardPath(location.path);
+        if (!known.contains(standard)) {
+            known.insert(standard);
+            kept.append(location);
+        }
     }
-    return files;
+    return kept;
 }
 
 QString standardPath(const QString &path)

@@ -17,14 +17,6 @@ const QSet<QString> &supported();
 /// contents; a name without an extension is never supported.
 bool isSupported(const QString &path);
 
-/// The supported files among and below `paths`, for adding to a batch. Each location is taken in the given
-/// order: a missing one is skipped, a supported file is kept as given, a folder contributes every supported
-/// file below it (hidden files and folders and the insides of bundles left out, unreadable sub-folders
-/// passed over), sorted by full path as a file browser sorts (case-insensitive, digit runs by value).
-/// Paths keep the form they were given in; nothing is de-duplicated here (see standardPath). Failures
-/// (see expandReporting) are left out.
-QStringList expand(const QStringList &paths);
-
 /// One location of a batch: a file to read, or, when `error` is not empty, a path that cannot be read and
 /// the system's reason.
 struct Found {
@@ -32,10 +24,18 @@ struct Found {
     QString error;
 };
 
-/// As expand(), keeping in their place as failures what cannot be read: a missing path, a folder (given
-/// or below one) that cannot be listed, and a given file with a supported name that is not a regular
-/// file. Names that are not valid UTF-8 are found and carried escaped (NativeNames.h).
+/// The supported files among and below `paths`, for adding to a batch. Each location is taken in the given
+/// order: a supported file is kept as given, a folder contributes every supported file below it (hidden
+/// files and folders and the insides of bundles left out), sorted by full path as a file browser sorts
+/// (case-insensitive, digit runs by value). What cannot be read stays in its place as a failure: a missing
+/// path, a folder (given or below one) that cannot be listed, and a given file with a supported name that
+/// is not a regular file. Paths keep the form they were given in; nothing is de-duplicated here. Names
+/// that are not valid UTF-8 are found and carried escaped (NativeNames.h).
 QList<Found> expandReporting(const QStringList &paths);
+
+/// `found` without the locations already named, in order: those whose standardPath is in `known` or
+/// appeared earlier in `found`. The kept ones are added to `known`.
+QList<Found> withoutRepeats(const QList<Found> &found, QSet<QString> &known);
 
 /// The form in which two paths naming the same file compare equal for de-duplication: absolute, cleaned
 /// of "." and ".." components and repeated separators. Symbolic links are deliberately not resolved.

@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <QStandardPaths>
 
 namespace CustomFieldCodec {
 
@@ -118,6 +119,16 @@ Expected<QList<CustomFieldDef>> readFile(const QString &path)
 QString notAFileMessage()
 {
     return QStringLiteral("That file isn't a Tabrix custom-fields JSON file.");
+}
+
+QString defaultFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Tabrix");
+}
+
+QString fileIn(const QString &folder)
+{
+    return folder + QStringLiteral("/custom-fields.json");
 }
 
 } // namespace CustomFieldCodec

@@ -26,6 +26,12 @@ Expected<QList<CustomFieldDef>> read(const QByteArray &json);
 /// read() on the file at `path`; a file that cannot be read gives its path and the system's reason.
 Expected<QList<CustomFieldDef>> readFile(const QString &path);
 
+/// The user's "Tabrix" data folder, where the window keeps "custom-fields.json".
+QString defaultFolder();
+/// Where the definitions file lies in `folder` (nothing is created). The window saves the user's
+/// definitions at fileIn(defaultFolder()); the command-line tool reads them from there.
+QString fileIn(const QString &folder);
+
 /// The message for a file that decode() rejects, when the user chose it (import, command line).
 QString notAFileMessage();
 

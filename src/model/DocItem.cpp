@@ -41,9 +41,5 @@ void DocItem::setItems(const QList<LineItem> &items)
 
 QString DocItem::value(const QString &key) const
 {
-    for (const Field &f : m_fields) {
-        if (f.key == key)
-            return f.value;
-    }
-    return {};
+    return fieldValue(m_fields, key);
 }

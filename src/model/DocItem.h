@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DocRecord.h"
 #include "DocStatus.h"
 #include "Field.h"
 #include "LineItem.h"
@@ -42,6 +43,8 @@ public:
 
     /// The value of the first field keyed exactly `key`, or "" when there is none.
     QString value(const QString &key) const;
+    /// What an export writes of this document, as it is now.
+    DocRecord record() const { return {m_path, m_fields, m_items}; }
 
 signals:
     void changed();

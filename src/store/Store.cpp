@@ -1,10 +1,9 @@
 #include "Store.h"
 
 #include "export/Csv.h"
+#include "export/ExportFormat.h"
 #include "export/ExportText.h"
-#include "export/JsonExport.h"
 #include "export/SaveFile.h"
-#include "export/Xlsx.h"
 #include "extract/CustomField.h"
 #include "intake/SupportedFiles.h"
 #include "model/CustomFieldCodec.h"
@@ -32,7 +31,7 @@ Store::Store(StoreOptions options, QObject *parent)
       m_ui(options.ui)
 {
     if (m_dataFolder.isEmpty())
-        m_dataFolder = defaultDataFolder();
+        m_dataFolder = CustomFieldCodec::defaultFolder();
     if (!m_loader)
         m_loader = Processing::pipelineLoader();
     m_pool.setMaxThreadCount(1);
@@ -65,8 +64,10 @@ DocPtr Store::doc(const QUuid &id) const
 
 void Store::add(const QStringList &paths)
 {
-    const QStringList files = Pipeline::expand(paths);
-    if (files.isEmpty()) {
+    QList<Pipeline::Found> found = Pipeline::expandReporting(paths);
+    // The window reads what it can; a location that cannot be read is passed over.
+    found.removeIf([](const Pipeline::Found &file) { return !file.error.isEmpty(); });
+    if (found.isEmpty()) {
         setAlertText(Pipeline::noSupportedFilesMessage());
         return;
     }
@@ -76,13 +77,8 @@ void Store::add(const QStringList &paths)
         known.insert(Pipeline::standardPath(d->path()));
 
     DocPtr firstNew;
-    for (const QString &file : files) {
-        const QString standard = Pipeline::standardPath(file);
-        if (known.contains(standard))
-            continue;
-        known.insert(standard);
-
-        auto d = std::make_shared<DocItem>(QFileInfo(file).absoluteFilePath());
+    for (const Pipeline::Found &file : Pipeline::withoutRepeats(found, known)) {
+        auto d = std::make_shared<DocItem>(QFileInfo(file.path).absoluteFilePath());
         DocItem *raw = d.get();
         m_subscriptions.insert(d->id(), connect(raw, &DocItem::changed, this, [this, raw] {
                                    emit docChanged(raw);
@@ -222,9 +218,7 @@ void Store::reprocessAsking(const DocPtr &doc)
 QList<DocPtr> Store::unexportedApproved() const
 {
     QList<DocPtr> docs;
-    for (const DocPtr &d : m_docs) {
-        if (!d->approved())
-            continue;
+    for (const DocPtr &d : approvedDocs()) {
         const auto exported = m_exported.constFind(d->id());
         if (exported == m_exported.cend() || exported->fields != d->fields() || exported->items != d->items())
             docs.append(d);
@@ -246,10 +240,8 @@ bool Store::mayQuit()
 void Store::markExported()
 {
     // The clipboard does not count: on X11 its contents leave with the program.
-    for (const DocPtr &d : std::as_const(m_docs)) {
-        if (d->approved())
-            m_exported.insert(d->id(), {d->fields(), d->items()});
-    }
+    for (const DocPtr &d : approvedDocs())
+        m_exported.insert(d->id(), {d->fields(), d->items()});
 }
 
 void Store::startProcessing()
@@ -443,21 +435,12 @@ void Store::setLayout(RowLayout layout)
     emit changed();
 }
 
-QList<const DocItem *> Store::approvedForExport() const
+QList<DocRecord> Store::approvedRecords() const
 {
-    QList<const DocItem *> docs;
-    for (const DocPtr &d : m_docs) {
-        if (d->approved())
-            docs.append(d.get());
-    }
-    return docs;
-}
-
-Table Store::table() const
-{
-    const QList<const DocItem *> docs = approvedForExport();
-    return m_layout == RowLayout::perDocument ? Exporter::documents(docs, m_customFields)
-                                              : Exporter::lineItems(docs);
+    QList<DocRecord> records;
+    for (const DocPtr &d : approvedDocs())
+        records.append(d->record());
+    return records;
 }
 
 bool Store::save(const QString &name, const QString &filter,
@@ -475,60 +458,48 @@ bool Store::save(const QString &name, const QString &filter,
     return true;
 }
 
-void Store::exportCSV()
+void Store::exportAs(ExportFormat format, const QString &name, const QString &filter)
 {
-    if (approvedForExport().isEmpty()) {
+    // Taken before the dialog opens: the file holds the documents as they were when asked for.
+    const QList<DocRecord> docs = approvedRecords();
+    if (docs.isEmpty()) {
         setAlertText(ExportText::nothingApproved());
         return;
     }
-    // Built before the dialog opens: the file holds the documents as they were when asked for.
-    const QByteArray bytes = Exporter::csv(table()).toUtf8();
-    if (save(ExportText::csvFileName(m_layout), QStringLiteral("CSV (*.csv)"),
-             [&](const QString &path) { return Exporter::saveFile(path, bytes); }))
+    if (save(name, filter, [&](const QString &path) -> std::optional<TabrixError> {
+            const Expected<QByteArray> bytes = Exporter::exportBytes(format, m_layout, docs, m_customFields);
+            if (const auto *error = std::get_if<TabrixError>(&bytes))
+                return *error;
+            return Exporter::saveFile(path, std::get<QByteArray>(bytes));
+        }))
         markExported();
+}
+
+void Store::exportCSV()
+{
+    exportAs(ExportFormat::csv, ExportText::csvFileName(m_layout), QStringLiteral("CSV (*.csv)"));
 }
 
 void Store::copyTSV()
 {
-    const QList<const DocItem *> docs = approvedForExport();
+    const QList<DocRecord> docs = approvedRecords();
     if (docs.isEmpty()) {
         setAlertText(ExportText::nothingApproved());
         return;
     }
     if (m_ui)
-        m_ui->setClipboardText(Exporter::tsv(table()));
+        m_ui->setClipboardText(Exporter::tsv(Exporter::table(m_layout, docs, m_customFields)));
     setAlertText(ExportText::copied(docs.size()));
 }
 
 void Store::exportJSON()
 {
-    const QList<const DocItem *> docs = approvedForExport();
-    if (docs.isEmpty()) {
-        setAlertText(ExportText::nothingApproved());
-        return;
-    }
-    const QByteArray bytes = Exporter::json(docs, m_customFields);
-    if (save(ExportText::jsonFileName(), QString::fromLatin1(jsonFilter),
-             [&](const QString &path) { return Exporter::saveFile(path, bytes); }))
-        markExported();
+    exportAs(ExportFormat::json, ExportText::jsonFileName(), QString::fromLatin1(jsonFilter));
 }
 
 void Store::exportXLSX()
 {
-    const QList<const DocItem *> docs = approvedForExport();
-    if (docs.isEmpty()) {
-        setAlertText(ExportText::nothingApproved());
-        return;
-    }
-    const QList<Exporter::Sheet> sheets = Exporter::workbookSheets(docs, m_customFields);
-    if (save(ExportText::xlsxFileName(), QStringLiteral("Excel workbook (*.xlsx)"),
-             [&](const QString &path) -> std::optional<TabrixError> {
-                 Expected<QByteArray> workbook = Exporter::xlsx(sheets);
-                 if (const auto *error = std::get_if<TabrixError>(&workbook))
-                     return *error;
-                 return Exporter::saveFile(path, std::get<QByteArray>(workbook));
-             }))
-        markExported();
+    exportAs(ExportFormat::xlsx, ExportText::xlsxFileName(), QStringLiteral("Excel workbook (*.xlsx)"));
 }
 
 // ---- Custom field definitions -----------------------------------------------------------------------
@@ -541,20 +512,10 @@ void Store::setCustomFields(const QList<CustomFieldDef> &defs)
     emit changed();
 }
 
-QString Store::customFieldsPath(const QString &folder)
-{
-    return folder + QStringLiteral("/custom-fields.json");
-}
-
-QString Store::defaultDataFolder()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Tabrix");
-}
-
 QString Store::customFieldsPath() const
 {
     QDir().mkpath(m_dataFolder);
-    return customFieldsPath(m_dataFolder);
+    return CustomFieldCodec::fileIn(m_dataFolder);
 }
 
 void Store::loadCustomFields()

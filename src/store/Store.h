@@ -2,9 +2,9 @@
 
 #include "BatchSummary.h"
 #include "DocPtr.h"
-#include "Processing.h"
+#include "intake/Processing.h"
 #include "StoreUi.h"
-#include "export/Table.h"
+#include "export/ExportFormat.h"
 
 #include <QHash>
 #include <QList>
@@ -58,8 +58,9 @@ public:
     /// True while the processing loop runs (from add/reprocess until no document is queued).
     bool isProcessing() const { return m_processing; }
 
-    /// Adds files and folders: expands them (Pipeline::expand), skips files already in the batch
-    /// (compared by Pipeline::standardPath: absolute, cleaned, symlinks not resolved), appends one queued
+    /// Adds files and folders: expands them (Pipeline::expandReporting, passing over what cannot be
+    /// read), skips files already in the batch (Pipeline::withoutRepeats
+    /// compares them by Pipeline::standardPath: absolute, cleaned, symlinks not resolved), appends one queued
     /// document per new file, selects the first new one if nothing is selected, and starts the
     /// processing loop. When nothing supported is found, sets the "No supported files found…" alert.
     void add(const QStringList &paths);
@@ -171,10 +172,6 @@ public:
     /// Replaces the definitions and saves them at once (failures to save are silent). Documents are
     /// not touched until syncCustomFields().
     void setCustomFields(const QList<CustomFieldDef> &defs);
-    /// The user's "Tabrix" data folder, where "custom-fields.json" is kept.
-    static QString defaultDataFolder();
-    /// Where the definitions file lies in `folder` (nothing is created).
-    static QString customFieldsPath(const QString &folder);
     /// Location of "custom-fields.json"; creates its folder on every call, ignoring failure.
     QString customFieldsPath() const;
     /// Brings the custom fields of every ready document in line with the definitions: renamed ones are
@@ -218,8 +215,11 @@ private:
     void noteSlowPatterns(const QList<QUuid> &ids);
     void saveCustomFields() const;
     qsizetype currentIndex() const;
-    QList<const DocItem *> approvedForExport() const;
-    Table table() const;
+    /// What every export writes: the approved documents in batch order.
+    QList<DocRecord> approvedRecords() const;
+    /// Asks where to save the approved documents in `format` (proposing `name`, offering `filter`) and writes
+    /// them.
+    void exportAs(ExportFormat format, const QString &name, const QString &filter);
     /// Asks for a location (proposing `name`) and runs `write` on it; a failure becomes the alert.
     /// Returns true when the file was written.
     bool save(const QString &name, const QString &filter,

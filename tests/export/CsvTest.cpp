@@ -47,7 +47,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ExportCsv, WholeFileBytes)
 {
     const auto doc = makeDoc(QStringLiteral("/x/Ä.pdf"), {{"vendor", "Café, \"Bar\""}, {"total", "12.50"}});
-    const Table table = Exporter::lineItems({doc.get()});
+    const Table table = Exporter::lineItems({doc});
     EXPECT_EQ(
         Exporter::csv(table).toUtf8(),
         QByteArray(

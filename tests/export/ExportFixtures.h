@@ -1,19 +1,17 @@
 #pragma once
 
-#include "model/DocItem.h"
+#include "model/DocRecord.h"
 
 #include <QByteArray>
 #include <QList>
 #include <QPair>
 #include <QProcess>
 #include <QString>
-#include <memory>
 
-/// A ready document at `path` with the given (key, value) fields and line items.
-inline std::unique_ptr<DocItem> makeDoc(const QString &path, const QList<QPair<QString, QString>> &values,
-                                        const QList<LineItem> &items = {})
+/// A document at `path` with the given (key, value) fields and line items.
+inline DocRecord makeDoc(const QString &path, const QList<QPair<QString, QString>> &values,
+                         const QList<LineItem> &items = {})
 {
-    auto doc = std::make_unique<DocItem>(path);
     QList<Field> fields;
     for (const auto &[key, value] : values) {
         Field field;
@@ -22,9 +20,7 @@ inline std::unique_ptr<DocItem> makeDoc(const QString &path, const QList<QPair<Q
         field.value = value;
         fields.append(field);
     }
-    doc->setFields(fields);
-    doc->setItems(items);
-    return doc;
+    return {path, fields, items};
 }
 
 inline LineItem makeItem(const QString &description, const QString &quantity, const QString &unitPrice,

@@ -28,15 +28,16 @@ Field field(const QString &key, const QString &label, const QString &value, doub
 // fields by name (by upper-case id when unnamed), confidences rounded or 1 when edited.
 TEST(ExportJson, ExactText)
 {
-    DocItem doc(QStringLiteral("/data/in/inv 1.pdf"));
-    doc.setFields({field("vendor", "Vendor", "Café/Bar", 0.876), field("number", "Number", "A-1", 0.125),
-                   field("total", "Total", "1234.50", 0.42, true), field("tax", "Tax", "n/a", 0.3),
-                   field(uuidText(poId), "PO", "00123", 0.9)});
-    doc.setItems({makeItem("Widget", "2", "1,000.00", "2000"), makeItem("Note", "", "", "")});
+    const DocRecord doc{QStringLiteral("/data/in/inv 1.pdf"),
+                        {field("vendor", "Vendor", "Café/Bar", 0.876),
+                         field("number", "Number", "A-1", 0.125),
+                         field("total", "Total", "1234.50", 0.42, true), field("tax", "Tax", "n/a", 0.3),
+                         field(uuidText(poId), "PO", "00123", 0.9)},
+                        {makeItem("Widget", "2", "1,000.00", "2000"), makeItem("Note", "", "", "")}};
     const QList<CustomFieldDef> defs{{poId, QStringLiteral("PO"), QStringLiteral("PO"), false},
                                      {refId, QString(), QStringLiteral("Ref"), false}};
 
-    EXPECT_EQ(Exporter::json({&doc}, defs), goldenFile("export.json"));
+    EXPECT_EQ(Exporter::json({doc}, defs), goldenFile("export.json"));
 }
 
 // No documents is an empty array; fields sharing a label and definitions sharing a name keep the later one.
@@ -44,12 +45,13 @@ TEST(ExportJson, EmptyAndCollisions)
 {
     EXPECT_EQ(Exporter::json({}, {}), QByteArray("[]"));
 
-    DocItem doc(QStringLiteral("/a.pdf"));
-    doc.setFields({field("total", "Same", "1", 0.5), field(uuidText(poId), "Same", "first", 0.25),
-                   field(uuidText(refId), "X", "second", 0.0)});
+    const DocRecord doc{QStringLiteral("/a.pdf"),
+                        {field("total", "Same", "1", 0.5), field(uuidText(poId), "Same", "first", 0.25),
+                         field(uuidText(refId), "X", "second", 0.0)},
+                        {}};
     const QList<CustomFieldDef> defs{{poId, QStringLiteral("N"), QStringLiteral("p"), false},
                                      {refId, QStringLiteral("N"), QStringLiteral("r"), true}};
-    const QJsonObject object = QJsonDocument::fromJson(Exporter::json({&doc}, defs)).array().at(0).toObject();
+    const QJsonObject object = QJsonDocument::fromJson(Exporter::json({doc}, defs)).array().at(0).toObject();
     EXPECT_EQ(object.value("customFields").toObject(), QJsonObject({{"N", "second"}}));
     EXPECT_EQ(object.value("confidence").toObject(), QJsonObject({{"Same", 0.25}, {"X", 0}}));
     EXPECT_EQ(object.value("lineItems").toArray(), QJsonArray());
@@ -69,7 +71,7 @@ TEST(ExportJson, PythonReadsItBack)
                                  "print(json.dumps([[d['file'], d['vendor'], d['total'], "
                                  "d['subtotal'], d['lineItems']] for d in docs], "
                                  "ensure_ascii=False))"),
-                  Exporter::json({first.get(), second.get()}, {}), &error);
+                  Exporter::json({first, second}, {}), &error);
     if (out.isNull())
         GTEST_SKIP() << error.toStdString();
     EXPECT_EQ(

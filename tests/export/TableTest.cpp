@@ -24,7 +24,7 @@ TEST(ExportTables, DocumentsShape)
                                      {refId, QString(), QStringLiteral("Ref"), false},
                                      {QUuid::createUuid(), QStringLiteral("PO"), QStringLiteral("x"), true}};
 
-    const Table table = Exporter::documents({first.get(), second.get()}, defs);
+    const Table table = Exporter::documents({first, second}, defs);
     EXPECT_EQ(table.headers,
               QStringList({"File", "Vendor", "Number", "Date", "Due date", "Currency", "Subtotal", "Tax",
                            "Total", "Line items", "PO", "Custom field", "PO"}));
@@ -46,7 +46,7 @@ TEST(ExportTables, LineItemsShape)
          makeItem("three", "2", "2", "4")});
     const auto without = makeDoc(QStringLiteral("/in/b.pdf"), {{"total", "5.00"}, {"tax", "1.00"}});
 
-    const Table table = Exporter::lineItems({withItems.get(), without.get()});
+    const Table table = Exporter::lineItems({withItems, without});
     EXPECT_EQ(table.headers,
               QStringList({"File", "Vendor", "Number", "Date", "Currency", "Line", "Description", "Quantity",
                            "Unit price", "Amount", "Document total"}));

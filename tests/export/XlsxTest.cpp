@@ -88,7 +88,7 @@ TEST(ExportXlsx, SheetEdges)
 TEST(ExportXlsx, PackageParts)
 {
     const auto doc = makeDoc(QStringLiteral("/in/R&D.pdf"), {{"vendor", "R&D <Ltd>"}, {"total", "42.00"}});
-    const QList<Exporter::Sheet> sheets = Exporter::workbookSheets({doc.get()}, {});
+    const QList<Exporter::Sheet> sheets = Exporter::workbookSheets({doc}, {});
     const Expected<QByteArray> bytes = Exporter::xlsx(sheets);
     ASSERT_TRUE(std::holds_alternative<QByteArray>(bytes));
     const QMap<QByteArray, QByteArray> parts = unzip(std::get<QByteArray>(bytes));
@@ -114,7 +114,7 @@ TEST(ExportXlsx, PythonReadsItBack)
     const auto doc = makeDoc(QStringLiteral("/in/a.pdf"),
                              {{"vendor", QStringLiteral("Zoë \"Q\" <&> \x01")}, {"total", "7"}},
                              {makeItem("x", "1", "7", "7")});
-    const Expected<QByteArray> bytes = Exporter::xlsx(Exporter::workbookSheets({doc.get()}, {}));
+    const Expected<QByteArray> bytes = Exporter::xlsx(Exporter::workbookSheets({doc}, {}));
     ASSERT_TRUE(std::holds_alternative<QByteArray>(bytes));
     QString error;
     const QByteArray out =

@@ -17,7 +17,7 @@ TEST(SupportedFiles, ExtensionDecides)
 
 // Locations keep their order; a folder gives its supported files sorted by full path as a file browser
 // sorts them (digits by value, case ignored), without hidden files, hidden folders or linked folders;
-// missing locations vanish.
+// a missing location stays in its place as a failure; repeats go only when asked, by standard path.
 TEST(SupportedFiles, ExpandsInBrowserOrder)
 {
     QTemporaryDir tmp;
@@ -28,12 +28,19 @@ TEST(SupportedFiles, ExpandsInBrowserOrder)
         QFile(dir.filePath(name)).open(QIODevice::WriteOnly);
     }
     QFile::link(dir.filePath("f/sub"), dir.filePath("f/link"));
-    const QStringList found =
-        Pipeline::expand({dir.filePath("z.pdf"), dir.filePath("f"), dir.filePath("gone.pdf"),
-                          dir.filePath("f/notes.txt"), dir.filePath("f/b.pdf")});
-    QStringList relative;
-    for (const QString &path : found)
-        relative.append(dir.relativeFilePath(path));
-    EXPECT_EQ(relative, (QStringList{"z.pdf", "f/A.pdf", "f/b.pdf", "f/Page1.png", "f/page9.png",
-                                     "f/page10.png", "f/sub/c.tiff", "f/b.pdf"}));
+    const QList<Pipeline::Found> found =
+        Pipeline::expandReporting({dir.filePath("z.pdf"), dir.filePath("f"), dir.filePath("gone.pdf"),
+                                   dir.filePath("f/notes.txt"), dir.filePath("f/../f/b.pdf")});
+    const auto relative = [&](const QList<Pipeline::Found> &list) {
+        QStringList names;
+        for (const Pipeline::Found &file : list)
+            names.append(dir.relativeFilePath(file.path) + (file.error.isEmpty() ? "" : "!"));
+        return names;
+    };
+    EXPECT_EQ(relative(found), (QStringList{"z.pdf", "f/A.pdf", "f/b.pdf", "f/Page1.png", "f/page9.png",
+                                            "f/page10.png", "f/sub/c.tiff", "gone.pdf!", "f/b.pdf"}));
+    QSet<QString> known{Pipeline::standardPath(dir.filePath("z.pdf"))};
+    EXPECT_EQ(relative(Pipeline::withoutRepeats(found, known)),
+              (QStringList{"f/A.pdf", "f/b.pdf", "f/Page1.png", "f/page9.png", "f/page10.png", "f/sub/c.tiff",
+                           "gone.pdf!"}));
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Pipeline.h"
 #include "extract/Extractor.h"
-#include "intake/Pipeline.h"
 #include "model/CustomFieldDef.h"
 #include "model/PageData.h"
 #include "model/TabrixError.h"
@@ -11,7 +11,8 @@
 #include <functional>
 
 /// The work done for one document off the main thread: load the file, then extract its fields.
-/// Shared by the store (one document at a time) and the command-line tool (several at once).
+/// Shared by the store (one document at a time) and the command-line tool (several at once), which is
+/// why it lives below both.
 namespace Processing {
 
 /// Everything read from one document: its pages and what the extractor found in them.

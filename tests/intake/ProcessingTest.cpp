@@ -1,4 +1,4 @@
-#include "store/Processing.h"
+#include "intake/Processing.h"
 
 #include <gtest/gtest.h>
 
