@@ -2,9 +2,9 @@
 
 #include "BatchSummary.h"
 #include "DocPtr.h"
-#include "intake/Processing.h"
 #include "StoreUi.h"
 #include "export/ExportFormat.h"
+#include "intake/Processing.h"
 
 #include <QHash>
 #include <QList>
