@@ -27,17 +27,14 @@ const char *const jsonFilter = "JSON (*.json)";
 Store::Store(QObject *parent) : Store(StoreOptions{}, parent) {}
 
 Store::Store(StoreOptions options, QObject *parent)
-    : QObject(parent), m_dataFolder(std::move(options.dataFolder)), m_loader(std::move(options.loader)),
-      m_ui(options.ui)
+    : QObject(parent), m_loader(std::move(options.loader)), m_ui(options.ui),
+      m_customFields(options.dataFolder.isEmpty() ? CustomFieldCodec::defaultFolder() : options.dataFolder)
 {
-    if (m_dataFolder.isEmpty())
-        m_dataFolder = CustomFieldCodec::defaultFolder();
     if (!m_loader)
         m_loader = Processing::pipelineLoader();
     m_pool.setMaxThreadCount(1);
     m_pool.setExpiryTimeout(-1);
     m_syncPool.setMaxThreadCount(1);
-    loadCustomFields();
 }
 
 Store::~Store()
@@ -292,7 +289,7 @@ void Store::process(const DocPtr &doc)
         finish(doc, watcher->result());
     });
     watcher->setFuture(QtConcurrent::run(
-        &m_pool, [path = doc->path(), snapshot = m_customFields, report, loader = m_loader] {
+        &m_pool, [path = doc->path(), snapshot = customFields(), report, loader = m_loader] {
             return Processing::run(path, snapshot, report, loader);
         }));
 }
@@ -318,11 +315,7 @@ void Store::finish(const DocPtr &doc, Expected<Processing::Loaded> result)
 
 void Store::setSelectedID(const QUuid &id)
 {
-    if (m_selectedID == id)
-        return;
-    m_selectedID = id;
-    emit selectionChanged();
-    emit changed();
+    assign(m_selectedID, id, &Store::selectionChanged);
 }
 
 qsizetype Store::currentIndex() const
@@ -399,40 +392,24 @@ void Store::approveAllReady()
 
 void Store::setHighlightKey(const QString &key)
 {
-    if (m_highlightKey == key)
-        return;
-    m_highlightKey = key;
-    emit highlightKeyChanged();
-    emit changed();
+    assign(m_highlightKey, key, &Store::highlightKeyChanged);
 }
 
 void Store::setTargeted(bool targeted)
 {
-    if (m_isTargeted == targeted)
-        return;
-    m_isTargeted = targeted;
-    emit targetedChanged();
-    emit changed();
+    assign(m_isTargeted, targeted, &Store::targetedChanged);
 }
 
 void Store::setAlertText(const QString &text)
 {
-    if (m_alertText == text)
-        return;
-    m_alertText = text;
-    emit alertTextChanged();
-    emit changed();
+    assign(m_alertText, text, &Store::alertTextChanged);
 }
 
 // ---- Exports ----------------------------------------------------------------------------------------
 
 void Store::setLayout(RowLayout layout)
 {
-    if (m_layout == layout)
-        return;
-    m_layout = layout;
-    emit layoutChanged();
-    emit changed();
+    assign(m_layout, layout, &Store::layoutChanged);
 }
 
 QList<DocRecord> Store::approvedRecords() const
@@ -467,7 +444,7 @@ void Store::exportAs(ExportFormat format, const QString &name, const QString &fi
         return;
     }
     if (save(name, filter, [&](const QString &path) -> std::optional<TabrixError> {
-            const Expected<QByteArray> bytes = Exporter::exportBytes(format, m_layout, docs, m_customFields);
+            const Expected<QByteArray> bytes = Exporter::exportBytes(format, m_layout, docs, customFields());
             if (const auto *error = std::get_if<TabrixError>(&bytes))
                 return *error;
             return Exporter::saveFile(path, std::get<QByteArray>(bytes));
@@ -488,7 +465,7 @@ void Store::copyTSV()
         return;
     }
     if (m_ui)
-        m_ui->setClipboardText(Exporter::tsv(Exporter::table(m_layout, docs, m_customFields)));
+        m_ui->setClipboardText(Exporter::tsv(Exporter::table(m_layout, docs, customFields())));
     setAlertText(ExportText::copied(docs.size()));
 }
 
@@ -506,31 +483,9 @@ void Store::exportXLSX()
 
 void Store::setCustomFields(const QList<CustomFieldDef> &defs)
 {
-    m_customFields = defs;
-    saveCustomFields();
+    m_customFields.set(defs);
     emit customFieldsChanged();
     emit changed();
-}
-
-QString Store::customFieldsPath() const
-{
-    QDir().mkpath(m_dataFolder);
-    return CustomFieldCodec::fileIn(m_dataFolder);
-}
-
-void Store::loadCustomFields()
-{
-    QFile file(customFieldsPath());
-    if (!file.open(QIODevice::ReadOnly))
-        return;
-    // A corrupt file is left alone until the next change overwrites it.
-    if (const auto defs = CustomFieldCodec::decode(file.readAll()))
-        setCustomFields(*defs);
-}
-
-void Store::saveCustomFields() const
-{
-    Exporter::saveFile(customFieldsPath(), CustomFieldCodec::encode(m_customFields));
 }
 
 void Store::syncCustomFields()
@@ -547,7 +502,7 @@ void Store::syncCustomFields()
                 fields.append(f);
         }
         QList<CustomFieldDef> fresh;
-        for (const CustomFieldDef &def : std::as_const(m_customFields)) {
+        for (const CustomFieldDef &def : customFields()) {
             const QString key = uuidText(def.id);
             const QString label = def.name.isEmpty() ? QStringLiteral("Custom field") : def.name;
             const QString source = Extractor::customSource(def);
@@ -629,14 +584,7 @@ void Store::applySync(const SyncResult &results)
 
 void Store::noteSlowPatterns(const QList<QUuid> &ids)
 {
-    const qsizetype before = m_slowPatterns.size();
-    for (const QUuid &id : ids) {
-        for (const CustomFieldDef &def : std::as_const(m_customFields)) {
-            if (def.id == id)
-                m_slowPatterns.insert(Extractor::customSource(def));
-        }
-    }
-    if (m_slowPatterns.size() != before) {
+    if (m_customFields.noteSlow(ids)) {
         emit customFieldsChanged();
         emit changed();
     }
@@ -649,7 +597,7 @@ void Store::exportCustomFields()
     const QString path =
         m_ui->chooseFileToSave(QStringLiteral("tabrix-custom-fields.json"), QString::fromLatin1(jsonFilter));
     if (!path.isEmpty())
-        Exporter::saveFile(path, CustomFieldCodec::encode(m_customFields));
+        Exporter::saveFile(path, CustomFieldCodec::encode(customFields()));
 }
 
 void Store::importCustomFields()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BatchSummary.h"
+#include "CustomFieldSettings.h"
 #include "DocPtr.h"
 #include "StoreUi.h"
 #include "export/ExportFormat.h"
@@ -168,12 +169,12 @@ public:
     // ---- Custom field definitions -------------------------------------------------------------------
 
     /// The definitions in the order their fields appear in documents and exports.
-    const QList<CustomFieldDef> &customFields() const { return m_customFields; }
+    const QList<CustomFieldDef> &customFields() const { return m_customFields.defs(); }
     /// Replaces the definitions and saves them at once (failures to save are silent). Documents are
     /// not touched until syncCustomFields().
     void setCustomFields(const QList<CustomFieldDef> &defs);
     /// Location of "custom-fields.json"; creates its folder on every call, ignoring failure.
-    QString customFieldsPath() const;
+    QString customFieldsPath() const { return m_customFields.path(); }
     /// Brings the custom fields of every ready document in line with the definitions: renamed ones are
     /// relabelled (keeping hand corrections), deleted ones dropped and new or changed keywords extracted at
     /// once; new or changed patterns show empty until a background task has matched them (isSyncing() is
@@ -183,7 +184,7 @@ public:
     bool isSyncing() const { return m_syncing; }
     /// The source tags (Extractor::customSource) of definitions whose pattern hit its matching bound on
     /// at least one document, which the editor shows as too slow.
-    const QSet<QString> &slowPatterns() const { return m_slowPatterns; }
+    const QSet<QString> &slowPatterns() const { return m_customFields.slowPatterns(); }
     /// Asks for a location and writes the definitions there in the saved form; failures are silent.
     void exportCustomFields();
     /// Asks for a file and replaces the definitions with its contents, then syncs the documents. A file
@@ -209,11 +210,9 @@ private:
     void processNext();
     void process(const DocPtr &doc);
     void finish(const DocPtr &doc, Expected<Processing::Loaded> result);
-    void loadCustomFields();
     using SyncResult = QList<std::pair<std::weak_ptr<DocItem>, QList<Field>>>;
     void applySync(const SyncResult &fields);
     void noteSlowPatterns(const QList<QUuid> &ids);
-    void saveCustomFields() const;
     qsizetype currentIndex() const;
     /// What every export writes: the approved documents in batch order.
     QList<DocRecord> approvedRecords() const;
@@ -225,7 +224,6 @@ private:
     bool save(const QString &name, const QString &filter,
               const std::function<std::optional<TabrixError>(const QString &path)> &write);
 
-    QString m_dataFolder;
     Processing::Loader m_loader;
     StoreUi *m_ui = nullptr;
 
@@ -235,7 +233,7 @@ private:
     bool m_isTargeted = false;
     QString m_alertText;
     RowLayout m_layout = RowLayout::perDocument;
-    QList<CustomFieldDef> m_customFields;
+    CustomFieldSettings m_customFields;
     QHash<QUuid, QMetaObject::Connection> m_subscriptions;
     /// Per document, its fields and items as the last export to a file wrote them.
     struct Exported {
@@ -251,5 +249,14 @@ private:
     QThreadPool m_syncPool;
     int m_syncGeneration = 0;
     bool m_syncing = false;
-    QSet<QString> m_slowPatterns;
+
+    /// Sets `member` to `value`; when that changes it, emits `signal` and then changed().
+    template <class T> void assign(T &member, const T &value, void (Store::*signal)())
+    {
+        if (member == value)
+            return;
+        member = value;
+        emit(this->*signal)();
+        emit changed();
+    }
 };
