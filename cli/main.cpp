@@ -1,7 +1,7 @@
 // tabrix-cli: the extraction pipeline without a window, for batches and scripts.
 #include "Commands.h"
+#include "intake/DecoderWarnings.h"
 #include "intake/NativeNames.h"
-#include "intake/Pipeline.h"
 
 #include <QCoreApplication>
 

@@ -1,4 +1,5 @@
 #include "Fixtures.h"
+#include "intake/DecoderWarnings.h"
 #include "intake/Pipeline.h"
 
 #include <QBuffer>

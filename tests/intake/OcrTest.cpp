@@ -1,5 +1,6 @@
 #include "intake/Ocr.h"
 #include "Fixtures.h"
+#include "intake/PdfLoader.h"
 #include "intake/Pipeline.h"
 #include "support/TestSupport.h"
 

@@ -1,5 +1,5 @@
+#include "intake/PdfLoader.h"
 #include "Fixtures.h"
-#include "intake/Pipeline.h"
 #include "support/TestSupport.h"
 
 #include <QFile>
