@@ -51,7 +51,7 @@ Field findSubtotal(const Scan &scan)
                                       ? amountBelow(scan, i, line)
                                       : std::nullopt;
                 if (near) {
-                    field.value = Money::fixed2(near->value);
+                    field.value = Money::twoDecimals(near->value);
                     field.confidence = 0.78;
                     field.box = near->box;
                     return field;
@@ -59,13 +59,13 @@ Field findSubtotal(const Scan &scan)
             }
         }
         if (const auto own = pairedAmount(scan, i)) {
-            field.value = Money::fixed2(own->value);
+            field.value = Money::twoDecimals(own->value);
             field.confidence = 0.88;
             field.box = scan.rows[i].box(own->range);
             break;
         }
         if (const auto near = amountNear(scan, i)) {
-            field.value = Money::fixed2(near->value);
+            field.value = Money::twoDecimals(near->value);
             field.confidence = near->fromNextRow ? 0.7 : 0.88;
             field.box = near->box;
             break;

@@ -222,9 +222,9 @@ std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool ha
 
     LineItem item;
     item.description = description;
-    item.quantity = Money::fmtQty(q);
-    item.unitPrice = Money::fixed2(p);
-    item.amount = Money::fixed2(A);
+    item.quantity = Money::formatQuantity(q);
+    item.unitPrice = Money::twoDecimals(p);
+    item.amount = Money::twoDecimals(A);
     item.confidence = confidence;
     item.box = PageBox{row.page, row.rect};
     return item;

@@ -21,7 +21,7 @@ Expected<QList<PagePtr>> load(const QString &given, const LoadOptions &options, 
         return TabrixError{QStringLiteral("The file is empty")};
     if (ext == QLatin1String("pdf"))
         return loadPDF(path, options, report);
-    if (imageExts().contains(ext))
+    if (imageExtensions().contains(ext))
         return loadImage(path, options, report);
     return TabrixError{QStringLiteral("Unsupported file type")};
 }

@@ -44,15 +44,15 @@ struct QtyCase {
     const char *expected;
 };
 
-class MoneyFmtQty : public ::testing::TestWithParam<QtyCase> {};
+class MoneyFormatQuantity : public ::testing::TestWithParam<QtyCase> {};
 
 // Quantities are compact; the near-integer test and the three-decimal format disagree on purpose ("2.").
-TEST_P(MoneyFmtQty, FormatsCompactly)
+TEST_P(MoneyFormatQuantity, FormatsCompactly)
 {
-    EXPECT_EQ(Money::fmtQty(GetParam().q).toStdString(), GetParam().expected);
+    EXPECT_EQ(Money::formatQuantity(GetParam().q).toStdString(), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Examples, MoneyFmtQty,
+INSTANTIATE_TEST_SUITE_P(Examples, MoneyFormatQuantity,
                          ::testing::Values(QtyCase{3.0, "3"}, QtyCase{2.5, "2.5"}, QtyCase{1.25, "1.25"},
                                            QtyCase{0.3333, "0.333"}, QtyCase{2.00004, "2"}, QtyCase{2.0, "2"},
                                            QtyCase{2.00005, "2"}, QtyCase{2.0001, "2."},
@@ -69,11 +69,11 @@ TEST(MoneyFormat, PrettyFollowsLocaleFixedDoesNot)
     EXPECT_EQ(Money::pretty(1234.5, de), QStringLiteral("1.234,50"));
     EXPECT_EQ(Money::pretty(0, us), QStringLiteral("0.00"));
     EXPECT_EQ(Money::pretty(-5, us), QStringLiteral("-5.00"));
-    EXPECT_EQ(Money::fixed2(1234.5), QStringLiteral("1234.50"));
+    EXPECT_EQ(Money::twoDecimals(1234.5), QStringLiteral("1234.50"));
     // Exact binary ties round to even, as "%.2f" does.
-    EXPECT_EQ(Money::fixed2(0.125), QStringLiteral("0.12"));
-    EXPECT_EQ(Money::fixed2(-0.375), QStringLiteral("-0.38"));
-    EXPECT_EQ(Money::fixed2(1e20), QStringLiteral("100000000000000000000.00"));
+    EXPECT_EQ(Money::twoDecimals(0.125), QStringLiteral("0.12"));
+    EXPECT_EQ(Money::twoDecimals(-0.375), QStringLiteral("-0.38"));
+    EXPECT_EQ(Money::twoDecimals(1e20), QStringLiteral("100000000000000000000.00"));
 }
 
 } // namespace
