@@ -26,11 +26,11 @@ std::optional<Amount> pairedAmount(const Scan &scan, qsizetype i)
         return std::nullopt;
     const auto label = Patterns::subtotalRx(scan.rules).match(scan.rows[i].text);
     for (qsizetype a = 0; label && a + 1 < amounts.size(); ++a) {
-        if (amounts[a].range.loc < label->range().end())
+        if (amounts[a].range.start < label->range().end())
             continue;
         // Only where letters (another label) stand between this amount and the next.
         const qsizetype from = amounts[a].range.end();
-        const QString between = scan.rows[i].text.mid(from, amounts[a + 1].range.loc - from);
+        const QString between = scan.rows[i].text.mid(from, amounts[a + 1].range.start - from);
         if (std::count_if(between.begin(), between.end(), [](QChar c) { return c.isLetter(); }) >= 2)
             return amounts[a];
         return std::nullopt;
