@@ -1,6 +1,6 @@
 // The desktop application: one window over one store. `tabrix [PATH...]` adds the given files and
 // folders as a drop would.
-#include "intake/Pipeline.h"
+#include "intake/DecoderWarnings.h"
 #include "store/Store.h"
 #include "ui/DialogStoreUi.h"
 #include "ui/MainWindow.h"

@@ -4,6 +4,7 @@
 //   Ocr vs TesseractCli        one rendered invoice page; the CLI with OMP_THREAD_LIMIT=1 (line_accuracy)
 // Run: build/intake_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 #include "intake/Ocr.h"
+#include "intake/PdfLoader.h"
 #include "intake/Pipeline.h"
 
 #include <QCoreApplication>

@@ -1,8 +1,8 @@
 // tabrix-cli: the extraction pipeline without a window, for batches and scripts.
 #include "Commands.h"
 #include "export/ExportFormat.h"
+#include "intake/DecoderWarnings.h"
 #include "intake/NativeNames.h"
-#include "intake/Pipeline.h"
 
 #include <QCoreApplication>
 

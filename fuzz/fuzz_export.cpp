@@ -5,6 +5,7 @@
 #include "export/JsonExport.h"
 #include "export/Table.h"
 #include "export/Xlsx.h"
+#include "model/CHandle.h"
 #include "model/DocRecord.h"
 
 #include <QJsonArray>
@@ -13,7 +14,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fuzzer/FuzzedDataProvider.h>
-#include <memory>
 #include <zip.h>
 
 namespace {
@@ -114,8 +114,7 @@ void checkXlsx(const QByteArray &bytes)
     zip_error_init(&error);
     zip_source_t *source = zip_source_buffer_create(bytes.constData(), zip_uint64_t(bytes.size()), 0, &error);
     check(source);
-    std::unique_ptr<zip_t, decltype(&zip_discard)> archive(zip_open_from_source(source, ZIP_RDONLY, &error),
-                                                           &zip_discard);
+    const CHandle<zip_t, zip_discard> archive(zip_open_from_source(source, ZIP_RDONLY, &error));
     check(archive != nullptr);
     const zip_int64_t entries = zip_get_num_entries(archive.get(), 0);
     check(entries > 0);

@@ -13,8 +13,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         if (std::isnan(*value))
             std::abort();
         if (std::isfinite(*value))
-            Money::fmtQty(std::fmod(*value, 1e12));
-        Money::fixed2(*value);
+            Money::formatQuantity(std::fmod(*value, 1e12));
+        Money::twoDecimals(*value);
     }
     return 0;
 }

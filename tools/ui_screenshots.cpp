@@ -146,7 +146,7 @@ int main(int argc, char **argv)
         QList<Field> fields = doubtful->fields();
         for (Field &f : fields) {
             if (const auto total = Money::parse(f.value); f.key == QLatin1String("total") && total)
-                f.value = Money::fixed2(*total + 90.0);
+                f.value = Money::twoDecimals(*total + 90.0);
         }
         doubtful->setFields(fields);
     }

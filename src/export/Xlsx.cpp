@@ -1,9 +1,9 @@
 #include "Xlsx.h"
 
+#include "model/CHandle.h"
 #include "model/JsonText.h"
 #include "model/Money.h"
 
-#include <memory>
 #include <utility>
 #include <zip.h>
 
@@ -99,14 +99,8 @@ QByteArray styles()
            "applyFont=\"1\"/></cellXfs></styleSheet>";
 }
 
-struct ZipDiscard {
-    void operator()(zip_t *archive) const { zip_discard(archive); }
-};
-struct SourceFree {
-    void operator()(zip_source_t *source) const { zip_source_free(source); }
-};
-using ZipPtr = std::unique_ptr<zip_t, ZipDiscard>;
-using SourcePtr = std::unique_ptr<zip_source_t, SourceFree>;
+using ZipPtr = CHandle<zip_t, zip_discard>;
+using SourcePtr = CHandle<zip_source_t, zip_source_free>;
 
 TabrixError zipFailure(zip_error_t *error)
 {

@@ -35,9 +35,9 @@ QList<Amount> amountCandidates(const QString &text, RuleSet rules)
         // A match may begin with the blank before its digits ("Subtotal  90.00"); the range starts at the
         // amount itself, so its box outlines the amount rather than the end of the label before it.
         TextRange range = m.range();
-        if (range.len > 0 && text[range.loc].isSpace()) {
-            ++range.loc;
-            --range.len;
+        if (range.length > 0 && text[range.start].isSpace()) {
+            ++range.start;
+            --range.length;
         }
         amounts.append(Amount{*value, range});
     }

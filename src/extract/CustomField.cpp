@@ -60,7 +60,7 @@ void byPattern(const QString &pattern, const QList<Row> &rows, Field &field, Reg
     for (const Row &row : rows) {
         if (const auto m = rx->match(row.text, 0, budget)) {
             const TextRange range = chosenRange(*rx, *m);
-            field.value = row.text.mid(range.loc, range.len).trimmed();
+            field.value = row.text.mid(range.start, range.length).trimmed();
             field.confidence = 0.85;
             field.box = row.box(range);
             return;
@@ -70,7 +70,7 @@ void byPattern(const QString &pattern, const QList<Row> &rows, Field &field, Reg
     const QString joined = documentText(rows);
     if (const auto m = rx->match(joined, 0, budget)) {
         const TextRange range = chosenRange(*rx, *m);
-        field.value = joined.mid(range.loc, range.len).trimmed();
+        field.value = joined.mid(range.start, range.length).trimmed();
         field.confidence = 0.7;
     }
 }

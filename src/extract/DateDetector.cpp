@@ -123,7 +123,7 @@ void addNumeric(const QString &text, Order order, QList<Match> &out)
         const QString first = m.captured(text, 1);
         const QString second = m.captured(text, 3);
         const QString third = m.captured(text, 4);
-        if (continuesRun(text, m.range().loc, text[m.range(2).loc]))
+        if (continuesRun(text, m.range().start, text[m.range(2).start]))
             continue;
         Match found;
         found.range = m.range();
@@ -192,11 +192,12 @@ QList<Match> find(const QString &text, Order order, const QDate &today, RuleSet 
         addNamed(text, monthDayRx(rules), 2, 1, today, rules, all);
     }
     std::stable_sort(all.begin(), all.end(), [](const Match &a, const Match &b) {
-        return a.range.loc != b.range.loc ? a.range.loc < b.range.loc : a.range.len > b.range.len;
+        return a.range.start != b.range.start ? a.range.start < b.range.start
+                                              : a.range.length > b.range.length;
     });
     QList<Match> chosen;
     for (const Match &match : all) {
-        if (chosen.isEmpty() || match.range.loc >= chosen.last().range.end())
+        if (chosen.isEmpty() || match.range.start >= chosen.last().range.end())
             chosen.append(match);
     }
     return chosen;

@@ -113,7 +113,7 @@ RowDates detectDates(const QList<Row> &rows, Order order, const QDate &today, Ru
     for (const Row &row : rows) {
         QList<DateDetector::Match> dates;
         for (const DateDetector::Match &m : DateDetector::find(row.text, order, today, rules)) {
-            if (dateShape(rules).contains(row.text.mid(m.range.loc, m.range.len)))
+            if (dateShape(rules).contains(row.text.mid(m.range.start, m.range.length)))
                 dates.append(m);
         }
         all.append(dates);
@@ -172,20 +172,20 @@ QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, Rul
             const QString label = m.captured(row.text).toLower();
             const bool due = label.contains(QLatin1String("due")) || label.contains(QLatin1String("by")) ||
                              (rules == RuleSet::Full && dueWords(rules).contains(label));
-            marks.append(LabelMark{m.range().loc, due ? Due : Issue});
+            marks.append(LabelMark{m.range().start, due ? Due : Issue});
         }
         for (qsizetype i = 0; i < dates.size(); ++i) {
             DateHit hit{Issue, dates[i].date, 0.55, row.box(dates[i].range)};
             const LabelMark *nearest = nullptr;
             for (const LabelMark &mark : marks) {
-                if (mark.loc < dates[i].range.loc)
+                if (mark.loc < dates[i].range.start)
                     nearest = &mark;
             }
             if (nearest) {
                 hit.kind = nearest->kind;
                 hit.conf = 0.9;
             } else if (rules == RuleSet::Full && invoiceNumberAt(row.text, rules) >= 0 &&
-                       invoiceNumberAt(row.text, rules) < dates[i].range.loc) {
+                       invoiceNumberAt(row.text, rules) < dates[i].range.start) {
                 // "Rechnung Nr. 123 vom 12.03.2024", "Invoice #123 – 5 March 2024": the date the invoice
                 // number is given with is its issue date.
                 hit.conf = 0.85;

@@ -26,11 +26,11 @@ std::optional<Amount> pairedAmount(const Scan &scan, qsizetype i)
         return std::nullopt;
     const auto label = Patterns::subtotalRx(scan.rules).match(scan.rows[i].text);
     for (qsizetype a = 0; label && a + 1 < amounts.size(); ++a) {
-        if (amounts[a].range.loc < label->range().end())
+        if (amounts[a].range.start < label->range().end())
             continue;
         // Only where letters (another label) stand between this amount and the next.
         const qsizetype from = amounts[a].range.end();
-        const QString between = scan.rows[i].text.mid(from, amounts[a + 1].range.loc - from);
+        const QString between = scan.rows[i].text.mid(from, amounts[a + 1].range.start - from);
         if (std::count_if(between.begin(), between.end(), [](QChar c) { return c.isLetter(); }) >= 2)
             return amounts[a];
         return std::nullopt;
@@ -51,7 +51,7 @@ Field findSubtotal(const Scan &scan)
                                       ? amountBelow(scan, i, line)
                                       : std::nullopt;
                 if (near) {
-                    field.value = Money::fixed2(near->value);
+                    field.value = Money::twoDecimals(near->value);
                     field.confidence = 0.78;
                     field.box = near->box;
                     return field;
@@ -59,13 +59,13 @@ Field findSubtotal(const Scan &scan)
             }
         }
         if (const auto own = pairedAmount(scan, i)) {
-            field.value = Money::fixed2(own->value);
+            field.value = Money::twoDecimals(own->value);
             field.confidence = 0.88;
             field.box = scan.rows[i].box(own->range);
             break;
         }
         if (const auto near = amountNear(scan, i)) {
-            field.value = Money::fixed2(near->value);
+            field.value = Money::twoDecimals(near->value);
             field.confidence = near->fromNextRow ? 0.7 : 0.88;
             field.box = near->box;
             break;

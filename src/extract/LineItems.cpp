@@ -69,7 +69,7 @@ QString collapseWhitespace(const QString &text)
     QString out;
     qsizetype from = 0;
     for (const Regex::Match &m : whitespaceRun().matchAll(text)) {
-        out += QStringView(text).mid(from, m.range().loc - from);
+        out += QStringView(text).mid(from, m.range().start - from);
         out += u' ';
         from = m.range().end();
     }
@@ -136,9 +136,9 @@ std::optional<double> leadingQuantity(const Row &row, QList<Amount> &amounts, QS
 {
     if (rules != RuleSet::Full || amounts.size() < 2)
         return std::nullopt;
-    const QString before = row.text.left(amounts[0].range.loc).trimmed();
+    const QString before = row.text.left(amounts[0].range.start).trimmed();
     const qsizetype afterFirst = amounts[0].range.end();
-    const QString between = row.text.mid(afterFirst, amounts[1].range.loc - afterFirst);
+    const QString between = row.text.mid(afterFirst, amounts[1].range.start - afterFirst);
     const double value = amounts[0].value;
     if ((!before.isEmpty() && !indexOnly().contains(before)) || letterCount(between) < 2 || value <= 0 ||
         value >= 100000)
@@ -157,7 +157,7 @@ std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool ha
     if (amounts.isEmpty())
         return std::nullopt;
     const double A = amounts.last().value;
-    QString head = row.text.left(amounts.first().range.loc).trimmed();
+    QString head = row.text.left(amounts.first().range.start).trimmed();
 
     // A "key: value" line ("Bruttopreis: 127,60") under an item is a detail of it, not another item.
     if (rules == RuleSet::Full && head.endsWith(u':'))
@@ -166,7 +166,7 @@ std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool ha
     QString description = head;
     bool quantityFromTail = false;
     if (const auto m = quantity ? std::nullopt : qtyTail(rules).match(head)) {
-        const QString rest = head.left(m->range().loc).trimmed();
+        const QString rest = head.left(m->range().start).trimmed();
         const auto value = Money::parse(m->captured(head, 1));
         if (hasLetter(rest) && value && *value > 0 && *value < 100000) {
             quantity = value;
@@ -222,9 +222,9 @@ std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool ha
 
     LineItem item;
     item.description = description;
-    item.quantity = Money::fmtQty(q);
-    item.unitPrice = Money::fixed2(p);
-    item.amount = Money::fixed2(A);
+    item.quantity = Money::formatQuantity(q);
+    item.unitPrice = Money::twoDecimals(p);
+    item.amount = Money::twoDecimals(A);
     item.confidence = confidence;
     item.box = PageBox{row.page, row.rect};
     return item;

@@ -168,7 +168,7 @@ qsizetype invoiceNumberAt(const QString &text, RuleSet rules)
         const QString value = trimSeparators(m.captured(text, 2));
         if (m.has(2) && hasDigit(value) && !Patterns::dateOnly().contains(value) &&
             labelConfidence(m.captured(text, 1), rules) >= 0.85)
-            return m.range().loc;
+            return m.range().start;
     }
     return -1;
 }

@@ -24,7 +24,7 @@ void raise(Field &field, double floor)
 
 void write(Field &field, double value)
 {
-    field.value = Money::fixed2(value);
+    field.value = Money::twoDecimals(value);
     field.confidence = 0.5;
 }
 
@@ -73,7 +73,7 @@ void reconcile(Field &subtotal, Field &tax, Field &total, const QList<LineItem> 
         if (std::abs(d) < 0.005)
             tax.value = QStringLiteral("0.00");
         else
-            tax.value = Money::fixed2(d);
+            tax.value = Money::twoDecimals(d);
         tax.confidence = 0.5;
     }
 }

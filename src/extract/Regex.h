@@ -12,15 +12,15 @@
 /// every call creates its own matcher.
 class Regex {
 public:
-    /// One match: group 0 is the whole match; a group that did not take part has loc -1.
+    /// One match: group 0 is the whole match; a group that did not take part has start -1.
     struct Match {
         QList<TextRange> groups;
 
         TextRange range(int group = 0) const { return groups[group]; }
-        bool has(int group) const { return group < groups.size() && groups[group].loc >= 0; }
+        bool has(int group) const { return group < groups.size() && groups[group].start >= 0; }
         QString captured(const QString &text, int group = 0) const
         {
-            return has(group) ? text.mid(groups[group].loc, groups[group].len) : QString();
+            return has(group) ? text.mid(groups[group].start, groups[group].length) : QString();
         }
     };
 

@@ -78,14 +78,14 @@ Field chooseTax(const QList<TaxHit> &hits)
         return field;
     for (auto it = hits.crbegin(); it != hits.crend(); ++it) {
         if (it->isTaxTotal) {
-            field.value = Money::fixed2(it->amount);
+            field.value = Money::twoDecimals(it->amount);
             field.confidence = 0.88;
             field.box = it->box;
             return field;
         }
     }
     if (hits.size() == 1) {
-        field.value = Money::fixed2(hits.first().amount);
+        field.value = Money::twoDecimals(hits.first().amount);
         field.confidence = 0.82;
         field.box = hits.first().box;
         return field;
@@ -93,7 +93,7 @@ Field chooseTax(const QList<TaxHit> &hits)
     double sum = 0;
     for (const TaxHit &hit : hits)
         sum += hit.amount;
-    field.value = Money::fixed2(sum);
+    field.value = Money::twoDecimals(sum);
     field.confidence = 0.6;
     field.box = hits.last().box;
     return field;
@@ -128,7 +128,7 @@ Field findTax(const Scan &scan, std::optional<double> implied)
         return field;
     for (auto it = hits.crbegin(); it != hits.crend(); ++it) {
         if (agrees(it->amount, *implied)) {
-            field.value = Money::fixed2(it->amount);
+            field.value = Money::twoDecimals(it->amount);
             field.confidence = 0.85;
             field.box = it->box;
             break;

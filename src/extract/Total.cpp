@@ -118,7 +118,7 @@ Field largestAmount(const Scan &scan, Field field)
         }
     }
     if (largest && largest->value > 0) {
-        field.value = Money::fixed2(largest->value);
+        field.value = Money::twoDecimals(largest->value);
         field.confidence = 0.35;
         field.box = scan.rows[largestRow].box(largest->range);
     }
@@ -192,7 +192,7 @@ Field findTotal(const Scan &scan)
     if (scan.rules == RuleSet::Full) {
         const QList<TotalCandidate> candidates = totalCandidates(scan);
         if (const qsizetype best = strongest(candidates); best >= 0) {
-            field.value = Money::fixed2(candidates[best].value);
+            field.value = Money::twoDecimals(candidates[best].value);
             field.confidence = candidates[best].confidence;
             field.box = candidates[best].box;
             return field;
@@ -219,7 +219,7 @@ Field findTotal(const Scan &scan)
         }
     }
     if (best) {
-        field.value = Money::fixed2(best->value);
+        field.value = Money::twoDecimals(best->value);
         field.confidence = bestConfidence;
         field.box = best->box;
         return field;

@@ -68,7 +68,7 @@ QList<double> checks(const Scan &scan, const Field &subtotal, const Field &tax, 
 
 void set(Field &total, double value, double confidence, const PageBox &box)
 {
-    total.value = Money::fixed2(value);
+    total.value = Money::twoDecimals(value);
     total.confidence = confidence;
     total.box = box;
 }

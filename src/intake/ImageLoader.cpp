@@ -1,12 +1,13 @@
+#include "ImageLoader.h"
+
 #include "Engines.h"
+#include "FileChecks.h"
 #include "NativeNames.h"
 #include "Ocr.h"
 #include "PageImage.h"
-#include "Pipeline.h"
 #include "SupportedFiles.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QImageReader>
 #include <cmath>
 #include <functional>
@@ -122,21 +123,6 @@ Expected<QList<PagePtr>> loadImage(const QString &path, const LoadOptions &optio
     if (pages.isEmpty())
         return error("Couldn't decode image");
     return noteCut(std::move(pages), n, frames->count);
-}
-
-Expected<QList<PagePtr>> load(const QString &given, const LoadOptions &options, const Report &report)
-{
-    const QString ext = QFileInfo(given).suffix().toLower();
-    // A name that is not valid UTF-8 is read through a link with a name Qt and the decoders can open.
-    const auto [path, keepAlive] = openablePath(given);
-    // Said apart from a damaged file: an empty one is usually a download or copy that did not finish.
-    if (const QFileInfo info(path); info.isFile() && info.size() == 0)
-        return TabrixError{QStringLiteral("The file is empty")};
-    if (ext == QLatin1String("pdf"))
-        return loadPDF(path, options, report);
-    if (imageExts().contains(ext))
-        return loadImage(path, options, report);
-    return TabrixError{QStringLiteral("Unsupported file type")};
 }
 
 } // namespace Pipeline

@@ -2,8 +2,6 @@
 
 #include "AmountRepair.h"
 #include "Engines.h"
-#include "PageImage.h"
-#include "Pipeline.h"
 #include "model/Money.h"
 
 #include <QCoreApplication>
@@ -112,8 +110,3 @@ Expected<QList<TextLine>> read(Engine &engine, const QImage &image, int page, Ru
 }
 
 } // namespace Ocr
-
-Expected<QList<TextLine>> Pipeline::ocr(const QImage &image, int page, RuleSet rules)
-{
-    return Ocr::read(Ocr::threadEngine(rules), PageImage::toGrey(image).image, page, rules);
-}

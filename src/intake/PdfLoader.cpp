@@ -1,7 +1,9 @@
+#include "PdfLoader.h"
+
 #include "ColumnGap.h"
+#include "FileChecks.h"
 #include "Ocr.h"
 #include "PageImage.h"
-#include "Pipeline.h"
 
 #include "model/Graphemes.h"
 

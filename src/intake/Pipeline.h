@@ -9,7 +9,6 @@
 #include <QList>
 #include <QString>
 #include <functional>
-#include <optional>
 
 namespace Ocr {
 class Engine;
@@ -38,33 +37,14 @@ struct LoadOptions {
     RuleSet rules = RuleSet::Full;
 };
 
-/// Loads a PDF: at most 40 pages, each rendered at 2400 px on its longer side (at most 4× magnified),
-/// digital text where an upright page has at least 25 characters of it, recognition otherwise.
-/// Fails with "Can't open PDF", "PDF is password protected", "PDF has no pages", "Couldn't render PDF
-/// pages" or the recogniser's "Text recognition failed: …".
-Expected<QList<PagePtr>> loadPDF(const QString &path, const LoadOptions &options, const Report &report);
-
-/// Loads a PNG, JPEG, TIFF (at most 30 frames) or HEIC/HEIF image, upright and at most 3000 px on its
-/// longer side, and recognises its text. Fails with "Can't open image", "Image has no frames",
-/// "Couldn't decode image" or the recogniser's "Text recognition failed: …".
-Expected<QList<PagePtr>> loadImage(const QString &path, const LoadOptions &options, const Report &report);
-
-/// loadPDF for ".pdf", loadImage for the image extensions, "Unsupported file type" otherwise
-/// (extensions compared lower-cased). A file of zero bytes fails first with "The file is empty".
+/// loadPDF (PdfLoader.h) for ".pdf", loadImage (ImageLoader.h) for the image extensions, "Unsupported
+/// file type" otherwise (extensions compared lower-cased). A file of zero bytes fails first with "The file
+/// is empty".
 Expected<QList<PagePtr>> load(const QString &path, const LoadOptions &options, const Report &report);
-
-/// Nothing when `path` names a regular file that can be opened for reading; otherwise `what` and the
-/// reason ("Can't open PDF: No such file or directory", "…: not a regular file"). Never blocks, even on
-/// a named pipe.
-std::optional<TabrixError> checkRegularFile(const QString &path, const char *what);
 
 /// `pages` with the cut recorded on the first page (PageData::pagesRead, pagesInFile) when `read` is
 /// less than `inFile`.
 QList<PagePtr> noteCut(QList<PagePtr> pages, int read, int inFile);
-
-/// Keeps the image decoders' and their libraries' (libpng, libtiff) warnings away from standard error:
-/// the user learns of a file that cannot be read from its failure. Other messages pass on unchanged.
-void quietDecoderWarnings();
 
 /// The text lines of `image` as the calling thread's Tesseract engine reads them by `rules`, each tagged
 /// with `page`.

@@ -13,7 +13,7 @@
 
 namespace Pipeline {
 
-const QSet<QString> &imageExts()
+const QSet<QString> &imageExtensions()
 {
     static const QSet<QString> exts{QStringLiteral("png"),  QStringLiteral("jpg"),  QStringLiteral("jpeg"),
                                     QStringLiteral("heic"), QStringLiteral("heif"), QStringLiteral("tif"),
@@ -21,9 +21,9 @@ const QSet<QString> &imageExts()
     return exts;
 }
 
-const QSet<QString> &supported()
+const QSet<QString> &supportedExtensions()
 {
-    static const QSet<QString> exts = imageExts() + QSet<QString>{QStringLiteral("pdf")};
+    static const QSet<QString> exts = imageExtensions() + QSet<QString>{QStringLiteral("pdf")};
     return exts;
 }
 
@@ -31,7 +31,7 @@ bool isSupported(const QString &path)
 {
     // suffix() is what follows the last dot of the file name: "README" and "archive." have none.
     const QString ext = QFileInfo(path).suffix();
-    return !ext.isEmpty() && supported().contains(ext.toLower());
+    return !ext.isEmpty() && supportedExtensions().contains(ext.toLower());
 }
 
 namespace {

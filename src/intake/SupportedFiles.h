@@ -8,13 +8,13 @@
 namespace Pipeline {
 
 /// Lower-case extensions read by the image loader: png, jpg, jpeg, heic, heif, tif, tiff.
-const QSet<QString> &imageExts();
+const QSet<QString> &imageExtensions();
 
-/// Every readable extension: imageExts() and pdf.
-const QSet<QString> &supported();
+/// Every readable extension: imageExtensions() and pdf.
+const QSet<QString> &supportedExtensions();
 
-/// True when the lower-cased extension of `path` is in supported(). Only the name counts, never the
-/// contents; a name without an extension is never supported.
+/// True when the lower-cased extension of `path` is in supportedExtensions(). Only the name counts, never
+/// the contents; a name without an extension is never supported.
 bool isSupported(const QString &path);
 
 /// One location of a batch: a file to read, or, when `error` is not empty, a path that cannot be read and

@@ -70,7 +70,7 @@ std::optional<double> parse(const QString &input)
 QString pretty(double value, const QLocale &locale)
 {
     const QString text = locale.toString(value, 'f', 2);
-    return text.isEmpty() ? fixed2(value) : text;
+    return text.isEmpty() ? twoDecimals(value) : text;
 }
 
 QString pretty(double value)
@@ -79,22 +79,22 @@ QString pretty(double value)
     return pretty(value, locale);
 }
 
-QString fmtQty(double q)
+QString formatQuantity(double quantity)
 {
-    const double r = std::round(q);
-    if (std::abs(q - r) < 0.0001) {
+    const double whole = std::round(quantity);
+    if (std::abs(quantity - whole) < 0.0001) {
         // Past 2^53 every double is whole, and converting to long long could overflow.
-        if (std::abs(r) < 9e15)
-            return QString::number(static_cast<long long>(r));
-        return QString::number(r, 'f', 0);
+        if (std::abs(whole) < 9e15)
+            return QString::number(static_cast<long long>(whole));
+        return QString::number(whole, 'f', 0);
     }
-    QString text = printfFixed(q, 3);
+    QString text = printfFixed(quantity, 3);
     while (text.endsWith(u'0'))
         text.chop(1);
     return text;
 }
 
-QString fixed2(double value)
+QString twoDecimals(double value)
 {
     return printfFixed(value, 2);
 }

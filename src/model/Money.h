@@ -17,11 +17,11 @@ QString pretty(double value, const QLocale &locale);
 QString pretty(double value);
 
 /// Compact quantity text: whole numbers without a point, otherwise up to three decimals.
-/// `q` must be finite and fit a 64-bit integer when rounded.
-QString fmtQty(double q);
+/// `quantity` must be finite and fit a 64-bit integer when rounded.
+QString formatQuantity(double quantity);
 
 /// The machine form of extracted amounts: two decimals, a point, no grouping, whatever the locale.
-QString fixed2(double value);
+QString twoDecimals(double value);
 
 /// The user's locale: the system's, or English (United States) when the system says C/POSIX.
 QLocale userLocale();

@@ -22,14 +22,14 @@ PageBox Row::box(TextRange range) const
 {
     qsizetype i = 0;
     for (qsizetype k = 0; k < offsets.size(); ++k) {
-        if (offsets[k] <= range.loc)
+        if (offsets[k] <= range.start)
             i = k;
     }
     const QRectF r = lines[i].rect;
     const double n = double(std::max<qsizetype>(lines[i].text.size(), 1));
-    const double start = std::clamp(double(range.loc - offsets[i]), 0.0, n - 1);
+    const double start = std::clamp(double(range.start - offsets[i]), 0.0, n - 1);
     const double left = r.x() + r.width() * start / n;
-    double width = r.width() * std::max(std::min(n - start, double(range.len)), 1.0) / n;
+    double width = r.width() * std::max(std::min(n - start, double(range.length)), 1.0) / n;
     width = std::min(width, r.x() + r.width() - left);
     width = std::max(width, 0.004);
     return PageBox{page, QRectF(left, r.y(), width, r.height())};

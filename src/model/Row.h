@@ -7,10 +7,10 @@
 
 /// A range of UTF-16 code units in a text.
 struct TextRange {
-    qsizetype loc = 0;
-    qsizetype len = 0;
+    qsizetype start = 0;
+    qsizetype length = 0;
 
-    qsizetype end() const { return loc + len; }
+    qsizetype end() const { return start + length; }
     bool operator==(const TextRange &) const = default;
 };
 

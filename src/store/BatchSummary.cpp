@@ -36,7 +36,7 @@ QSet<QUuid> duplicateIDs(const QList<DocPtr> &docs)
         const auto total = Money::parse(doc->value(QStringLiteral("total")));
         if (!total)
             continue;
-        groups[vendor + u'|' + number + u'|' + Money::fixed2(*total)].append(doc->id());
+        groups[vendor + u'|' + number + u'|' + Money::twoDecimals(*total)].append(doc->id());
     }
     QSet<QUuid> ids;
     for (const QList<QUuid> &group : std::as_const(groups)) {

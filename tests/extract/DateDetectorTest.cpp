@@ -116,7 +116,7 @@ TEST_P(DateForms, ResolvesInBothOrders)
         ASSERT_EQ(found.size(), 1) << form.text;
         EXPECT_EQ(found[0].date.toString(Qt::ISODate), QString::fromLatin1(expected)) << form.text;
         const QString matched = *form.matched ? QString::fromUtf8(form.matched) : text;
-        EXPECT_EQ(text.mid(found[0].range.loc, found[0].range.len), matched) << form.text;
+        EXPECT_EQ(text.mid(found[0].range.start, found[0].range.length), matched) << form.text;
     }
 }
 

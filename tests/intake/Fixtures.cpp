@@ -2,73 +2,10 @@
 #include "support/TestSupport.h"
 
 #include <QBuffer>
-#include <QFile>
-#include <QPageSize>
-#include <QPainter>
-#include <QPdfWriter>
 #include <QProcess>
 #include <QtEndian>
 
 namespace Fixtures {
-
-namespace {
-
-void drawInvoice(QPainter &painter, const QSizeF &size, const QString &footer = {})
-{
-    painter.fillRect(QRectF(QPointF(0, 0), size), Qt::white);
-    QFont font(QStringLiteral("DejaVu Sans"));
-    font.setPixelSize(std::max(1, qRound(size.height() / 60)));
-    painter.setFont(font);
-    painter.setPen(Qt::black);
-    const QStringList lines = invoiceLines();
-    for (qsizetype i = 0; i < lines.size(); ++i)
-        painter.drawText(QPointF(size.width() * 0.1, size.height() * (0.1 + i / 24.0)), lines[i]);
-    painter.drawText(QPointF(size.width() * 0.1, size.height() * 0.95), footer);
-}
-
-void letterPdf(const QString &path, int pages, const std::function<void(QPainter &, int)> &draw)
-{
-    QPdfWriter writer(path);
-    writer.setResolution(72);
-    writer.setPageSize(QPageSize(QPageSize::Letter));
-    writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-    QPainter painter(&writer);
-    for (int i = 0; i < pages; ++i) {
-        if (i > 0)
-            writer.newPage();
-        draw(painter, i);
-    }
-}
-
-} // namespace
-
-QStringList invoiceLines()
-{
-    return {"Northwind Office Supplies Ltd",
-            "Invoice Number: INV-20417",
-            "Invoice Date: 12 March 2024",
-            "Description Qty Amount",
-            "Printer paper A4 3 27.00",
-            "Stapler heavy duty 1 14.50",
-            "Subtotal 41.50",
-            "VAT 20% 8.30",
-            "Total Due 49.80"};
-}
-
-QImage invoiceImage(int width)
-{
-    QImage image(width, qRound(width * 11.0 / 8.5), QImage::Format_RGB32);
-    QPainter painter(&image);
-    drawInvoice(painter, image.size());
-    return image;
-}
-
-void writeDigitalPdf(const QString &path, int pages)
-{
-    letterPdf(path, pages, [pages](QPainter &p, int i) {
-        drawInvoice(p, QSizeF(612, 792), QStringLiteral("Page %1 of %2").arg(i + 1).arg(pages));
-    });
-}
 
 QByteArray showText(double x, double baseline, double size, const QByteArray &text)
 {
@@ -79,12 +16,7 @@ QByteArray showText(double x, double baseline, double size, const QByteArray &te
 void writeRawPdf(const QString &path, const QList<RawPage> &pages)
 {
     auto box = [](const QRectF &r) {
-        return QStringLiteral("[%1 %2 %3 %4]")
-            .arg(r.left())
-            .arg(r.top())
-            .arg(r.right())
-            .arg(r.bottom())
-            .toLatin1();
+        return QString::asprintf("[%g %g %g %g]", r.left(), r.top(), r.right(), r.bottom()).toLatin1();
     };
     // Objects: 1 catalog, 2 page tree, 3 font, then each page followed by its content stream.
     QByteArray kids;
@@ -178,6 +110,27 @@ Expected<QList<TextLine>> FakeOcr::recognize(const QImage &image, int page)
 {
     calls.append({page, image.size(), qGray(image.pixel(0, 0))});
     return QList<TextLine>{{QStringLiteral("recognised"), QRectF(0.1, 0.1, 0.5, 0.05), page}};
+}
+
+Pipeline::Report LoaderTest::recorder()
+{
+    progress.clear();
+    return [this](DocStatus::Kind status, double value) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        progress.append({status, value});
+    };
+}
+
+QList<PagePtr> LoaderTest::pagesOf(const Expected<QList<PagePtr>> &result)
+{
+    if (const auto *error = std::get_if<TabrixError>(&result))
+        ADD_FAILURE() << error->message.toStdString();
+    return result.index() == 0 ? std::get<0>(result) : QList<PagePtr>{};
+}
+
+QString LoaderTest::messageOf(const Expected<QList<PagePtr>> &result)
+{
+    return result.index() == 1 ? std::get<1>(result).message : QStringLiteral("(loaded)");
 }
 
 } // namespace Fixtures

@@ -1,38 +1,22 @@
 #include "Fixtures.h"
+#include "intake/DecoderWarnings.h"
 #include "intake/Pipeline.h"
+#include "support/TestSupport.h"
 
-#include <QBuffer>
-#include <QFile>
 #include <QLoggingCategory>
 #include <QPainter>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace {
 
-class ImageLoader : public ::testing::Test {
+class ImageLoader : public Fixtures::LoaderTest {
 protected:
-    QString path(const char *name) const { return dir.filePath(QString::fromLatin1(name)); }
-
     Expected<QList<PagePtr>> load(const QString &file)
     {
-        progress.clear();
-        return Pipeline::load(file, {true, &ocr, 1}, [this](DocStatus::Kind s, double p) {
-            progress.append({s, p});
-        });
+        return Pipeline::load(file, {true, &ocr, 1}, recorder());
     }
-    QList<PagePtr> pages(const QString &file)
-    {
-        const auto result = load(file);
-        if (const auto *error = std::get_if<TabrixError>(&result))
-            ADD_FAILURE() << error->message.toStdString();
-        return result.index() == 0 ? std::get<0>(result) : QList<PagePtr>{};
-    }
-
-    QTemporaryDir dir;
-    Fixtures::FakeOcr ocr;
-    QList<std::pair<DocStatus::Kind, double>> progress;
+    QList<PagePtr> pages(const QString &file) { return pagesOf(load(file)); }
 };
 
 // White with a black top-left quarter, to see where the stored top-left corner ends up.
@@ -79,9 +63,16 @@ TEST_F(ImageLoader, OrientationAppliedAndSizeLimited)
         int orientation;
         QSize stored, upright;
         QPointF mark; // where the stored top-left corner appears
-    } cases[] = {{1, {400, 300}, {400, 300}, {0.05, 0.05}},     {6, {400, 300}, {300, 400}, {0.95, 0.05}},
-                 {8, {400, 300}, {300, 400}, {0.05, 0.95}},     {3, {400, 300}, {400, 300}, {0.95, 0.95}},
-                 {6, {4000, 3000}, {2250, 3000}, {0.95, 0.05}}, {1, {3200, 1000}, {3000, 938}, {0.05, 0.05}}};
+    } cases[] = {
+        // clang-format off
+        {1, {400, 300}, {400, 300}, {0.05, 0.05}},
+        {6, {400, 300}, {300, 400}, {0.95, 0.05}},
+        {8, {400, 300}, {300, 400}, {0.05, 0.95}},
+        {3, {400, 300}, {400, 300}, {0.95, 0.95}},
+        {6, {4000, 3000}, {2250, 3000}, {0.95, 0.05}},
+        {1, {3200, 1000}, {3000, 938}, {0.05, 0.05}},
+        // clang-format on
+    };
     for (const auto &c : cases) {
         Fixtures::writeJpegWithOrientation(path("photo.jpg"), marked(c.stored.width(), c.stored.height()),
                                            c.orientation);
@@ -111,45 +102,34 @@ TEST_F(ImageLoader, ReadsHeic)
 // its content.
 TEST_F(ImageLoader, FailuresAndMislabelledFiles)
 {
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    marked(200, 200).save(&buffer, "PNG");
-    // clang-format off
-    const QList<std::pair<const char *, QByteArray>> files{
-        {"corrupt.png", "not an image"},
-        {"corrupt.tiff", "II*\0garbage"},
-        {"corrupt.heic", QByteArray("\0\0\0\x18" "ftypheic\0\0\0\0mif1heic", 24) + "broken"},
-        {"corrupt.jpg", "\xff\xd8\xff garbage"},
-        {"truncated.png", png.left(png.size() / 2)},
-        {"deleted.png", png},
-        {"notes.txt", "hello"},
-        {"png.jpg", png}};
-    // clang-format on
-    for (const auto &[name, bytes] : files) {
-        QFile file(path(name));
-        file.open(QIODevice::WriteOnly);
-        file.write(bytes);
-    }
-    QFile::remove(path("deleted.png"));
-    ASSERT_TRUE(Fixtures::run("mkfifo", {path("pipe.png")}));
+    const QByteArray png = readFile(sampleFile("atelier-invoice-scan.png"));
     const char *const damaged = "Can't open image: the file is damaged or not an image";
-    for (const auto &[name, expected] : {std::pair{"corrupt.png", damaged},
-                                         {"corrupt.tiff", damaged},
-                                         {"corrupt.heic", damaged},
-                                         {"deleted.png", "Can't open image: No such file or directory"},
-                                         {"pipe.png", "Can't open image: not a regular file"},
-                                         {"corrupt.jpg", "Couldn't decode image"},
-                                         {"truncated.png", "Couldn't decode image"},
-                                         {"notes.txt", "Unsupported file type"},
-                                         {"missing.PDF", "Can't open PDF: No such file or directory"}}) {
-        const auto result = load(path(name));
-        EXPECT_EQ(result.index() == 1 ? std::get<1>(result).message : QString(),
-                  QString::fromLatin1(expected))
-            << name;
+    const struct {
+        const char *name;
+        std::optional<QByteArray> bytes; // none: the file is not there
+        const char *expected;
+    } cases[] = {
+        // clang-format off
+        {"corrupt.png", "not an image", damaged},
+        {"corrupt.tiff", "II*", damaged},
+        {"corrupt.heic", QByteArray("\0\0\0\x18" "ftypheic\0\0\0\0mif1heic", 24) + "broken", damaged},
+        {"corrupt.jpg", "\xff\xd8\xff garbage", "Couldn't decode image"},
+        {"truncated.png", png.left(png.size() / 2), "Couldn't decode image"},
+        {"notes.txt", "hello", "Unsupported file type"},
+        {"deleted.png", {}, "Can't open image: No such file or directory"},
+        {"missing.PDF", {}, "Can't open PDF: No such file or directory"},
+        {"pipe.png", {}, "Can't open image: not a regular file"},
+        // clang-format on
+    };
+    ASSERT_TRUE(Fixtures::run("mkfifo", {path("pipe.png")}));
+    for (const auto &c : cases) {
+        if (c.bytes)
+            writeFile(path(c.name), *c.bytes);
+        EXPECT_EQ(messageOf(load(path(c.name))), QString::fromLatin1(c.expected)) << c.name;
     }
     EXPECT_TRUE(ocr.calls.isEmpty());
-    EXPECT_EQ(pages(path("png.jpg")).value(0)->image.size(), QSize(200, 200));
+    writeFile(path("png.jpg"), png);
+    EXPECT_EQ(pages(path("png.jpg")).value(0)->image.size(), QSize(1700, 2200));
 }
 
 namespace {

@@ -1,40 +1,63 @@
 #include "intake/Ocr.h"
 #include "Fixtures.h"
+#include "intake/PdfLoader.h"
 #include "intake/Pipeline.h"
 #include "support/TestSupport.h"
 
 #include <QDir>
-#include <QFile>
 #include <QPainter>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+
+namespace {
+
+// The digital sample invoice as loaded: the page rendered at 1855 × 2400 px and its text layer's lines.
+PagePtr digitalInvoice()
+{
+    static const PagePtr page =
+        std::get<0>(Pipeline::loadPDF(sampleFile("northwind-invoice.pdf"), {}, {})).value(0);
+    return page;
+}
+
+QStringList texts(const QList<TextLine> &lines)
+{
+    QStringList out;
+    for (const TextLine &line : lines)
+        out.append(line.text.simplified());
+    return out;
+}
+
+} // namespace
 
 // Both rule sets read clean pages alike: core keeps the plain procedure, full must not lose what it reads.
 class OcrRules : public testing::TestWithParam<RuleSet> {};
 INSTANTIATE_TEST_SUITE_P(BothRuleSets, OcrRules, testing::Values(RuleSet::Core, RuleSet::Full),
                          [](const auto &info) { return info.param == RuleSet::Core ? "Core" : "Full"; });
 
-// Tesseract reads a rendered invoice line by line, with boxes where the lines were drawn (normalised,
-// top-left origin), tagged with the page asked for; a blank page is simply empty.
-TEST_P(OcrRules, ReadsInvoiceLinesWithBoxes)
+// Tesseract reads a rendered invoice line by line, with boxes where its text layer puts the same lines
+// (normalised, top-left origin), tagged with the page asked for; a blank page is simply empty.
+TEST_P(OcrRules, ReadsLinesWhereTheTextLayerHasThem)
 {
-    const auto result = Pipeline::ocr(Fixtures::invoiceImage(1700), 3, GetParam());
+    const PagePtr page = digitalInvoice();
+    ASSERT_TRUE(page);
+    const QStringList digital = texts(page->lines);
+    const auto result = Pipeline::ocr(page->image, 3, GetParam());
     ASSERT_EQ(result.index(), 0u) << std::get<1>(result).message.toStdString();
-    const QStringList expected = Fixtures::invoiceLines();
-    int exact = 0;
+    int matched = 0;
     for (const TextLine &line : std::get<0>(result)) {
-        const qsizetype i = expected.indexOf(line.text.simplified());
-        if (i < 0)
+        const qsizetype i = digital.indexOf(line.text.simplified());
+        if (i < 0 || digital.count(digital[i]) > 1) // "89.00" twice on one row
             continue;
-        ++exact;
-        EXPECT_NEAR(line.rect.left(), 0.1, 0.01) << line.text.toStdString();
-        EXPECT_NEAR(line.rect.bottom(), 0.1 + i / 24.0, 0.012) << line.text.toStdString();
+        ++matched;
+        EXPECT_NEAR(line.rect.left(), page->lines[i].rect.left(), 0.01) << line.text.toStdString();
+        EXPECT_NEAR(line.rect.center().y(), page->lines[i].rect.center().y(), 0.01)
+            << line.text.toStdString();
         EXPECT_EQ(line.page, 3);
     }
-    EXPECT_GE(exact, expected.size() - 1);
+    EXPECT_GE(matched, digital.size() * 3 / 4) << texts(std::get<0>(result)).join(u'|').toStdString();
 
-    QImage blank(1200, 1600, QImage::Format_RGB32);
-    blank.fill(Qt::white);
+    QImage blank(1200, 1600, QImage::Format_Grayscale8);
+    blank.fill(255);
     const auto none = Pipeline::ocr(blank, 0, GetParam());
     ASSERT_EQ(none.index(), 0u);
     EXPECT_TRUE(std::get<0>(none).isEmpty());
@@ -85,36 +108,14 @@ TEST(Ocr, LanguageOverrideAndLoadFailure)
     EXPECT_TRUE(Ocr::languages().startsWith(QStringLiteral("eng")));
 }
 
-// A scanned page (a picture, no text layer) is rendered, recognised and kept as compact 8-bit grey.
-TEST(Ocr, ScannedPdfPageIsRecognised)
-{
-    const auto loaded = Pipeline::loadPDF(sampleFile("northwind-invoice-scanned.pdf"), {}, {});
-    ASSERT_EQ(loaded.index(), 0u) << std::get<1>(loaded).message.toStdString();
-    const PagePtr page = std::get<0>(loaded).value(0);
-    ASSERT_TRUE(page);
-    EXPECT_EQ(page->image.size(), QSize(1855, 2400));
-    EXPECT_EQ(page->image.format(), QImage::Format_Grayscale8);
-    QStringList texts;
-    for (const TextLine &line : page->lines)
-        texts.append(line.text.simplified());
-    EXPECT_TRUE(texts.join(u'|').contains(QStringLiteral("286.92"))) << texts.join(u'|').toStdString();
-}
-
 // Full rules take the first folder that holds every language asked for, and the system's models when none
 // does; a folder whose model does not load (a broken download) falls back to the system's and still reads.
 TEST(Ocr, ModelFolderFallsBackToTheSystemModels)
 {
     QTemporaryDir best, broken, empty;
-    for (const char *name : {"eng.traineddata", "deu.traineddata"}) {
-        QFile model(best.filePath(QString::fromLatin1(name)));
-        ASSERT_TRUE(model.open(QIODevice::WriteOnly));
-        model.write("not a model");
-    }
-    QFile garbage(broken.filePath(QStringLiteral("eng.traineddata")));
-    ASSERT_TRUE(garbage.open(QIODevice::WriteOnly));
-    garbage.write("not a model");
-    garbage.close();
-
+    ASSERT_TRUE(writeFile(best.filePath("eng.traineddata"), "not a model"));
+    ASSERT_TRUE(writeFile(best.filePath("deu.traineddata"), "not a model"));
+    ASSERT_TRUE(writeFile(broken.filePath("eng.traineddata"), "not a model"));
     const QStringList folders{empty.path(), broken.path(), best.path()};
     EXPECT_EQ(Ocr::modelFolder(QStringLiteral("eng"), folders), QDir(broken.path()).absolutePath());
     EXPECT_EQ(Ocr::modelFolder(QStringLiteral("eng+deu"), folders), QDir(best.path()).absolutePath());
@@ -122,10 +123,8 @@ TEST(Ocr, ModelFolderFallsBackToTheSystemModels)
     EXPECT_EQ(Ocr::modelFolder(QStringLiteral("eng"), {empty.path()}), QString());
 
     const auto engine = Ocr::createTesseract(QStringLiteral("eng"), broken.path(), RuleSet::Full);
-    const auto result = engine->recognize(Fixtures::invoiceImage(1700), 0);
+    const auto result = engine->recognize(digitalInvoice()->image, 0);
     ASSERT_EQ(result.index(), 0u) << std::get<1>(result).message.toStdString();
-    QStringList texts;
-    for (const TextLine &line : std::get<0>(result))
-        texts.append(line.text.simplified());
-    EXPECT_TRUE(texts.contains(Fixtures::invoiceLines().first())) << texts.join(u'|').toStdString();
+    EXPECT_TRUE(texts(std::get<0>(result)).contains("Northwind Office Supplies Ltd"))
+        << texts(std::get<0>(result)).join(u'|').toStdString();
 }

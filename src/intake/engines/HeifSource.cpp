@@ -1,26 +1,17 @@
 // HEIC/HEIF decoding with libheif behind Engines::ImageSource; part of the tabrix_engines module.
 #include "intake/Engines.h"
+#include "model/CHandle.h"
 
 #include <cmath>
 #include <libheif/heif.h>
-#include <memory>
 #include <mutex>
 #include <vector>
 
 namespace {
 
-struct HeifContextFree {
-    void operator()(heif_context *c) const { heif_context_free(c); }
-};
-struct HeifHandleRelease {
-    void operator()(heif_image_handle *h) const { heif_image_handle_release(h); }
-};
-struct HeifImageRelease {
-    void operator()(heif_image *i) const { heif_image_release(i); }
-};
-using HeifContext = std::unique_ptr<heif_context, HeifContextFree>;
-using HeifHandle = std::unique_ptr<heif_image_handle, HeifHandleRelease>;
-using HeifImage = std::unique_ptr<heif_image, HeifImageRelease>;
+using HeifContext = CHandle<heif_context, heif_context_free>;
+using HeifHandle = CHandle<heif_image_handle, heif_image_handle_release>;
+using HeifImage = CHandle<heif_image, heif_image_release>;
 
 class HeifSource final : public Engines::ImageSource {
 public:

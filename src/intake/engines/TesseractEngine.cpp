@@ -1,6 +1,7 @@
 // Tesseract behind Ocr::Engine; part of the separately loaded tabrix_engines module.
 #include "intake/ColumnGap.h"
 #include "intake/Engines.h"
+#include "model/CHandle.h"
 
 #include <QFile>
 #include <algorithm>
@@ -15,14 +16,13 @@ namespace {
 
 constexpr int smallSide = 1500; // pixels; images with a shorter longer side are read at twice their size
 
-struct ApiDeleter {
-    void operator()(tesseract::TessBaseAPI *api) const
-    {
-        api->End();
-        delete api;
-    }
-};
-using Api = std::unique_ptr<tesseract::TessBaseAPI, ApiDeleter>;
+// Tesseract releases its models in End(), before the object itself goes.
+void endAndDelete(tesseract::TessBaseAPI *api)
+{
+    api->End();
+    delete api;
+}
+using Api = CHandle<tesseract::TessBaseAPI, endAndDelete>;
 using Iterator = std::unique_ptr<tesseract::ResultIterator>;
 using Utf8 = std::unique_ptr<char[]>;
 

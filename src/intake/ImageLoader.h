@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Pipeline.h"
+
+namespace Pipeline {
+
+/// Loads a PNG, JPEG, TIFF (at most 30 frames) or HEIC/HEIF image, upright and at most 3000 px on its
+/// longer side, and recognises its text. Fails with "Can't open image", "Image has no frames",
+/// "Couldn't decode image" or the recogniser's "Text recognition failed: …".
+Expected<QList<PagePtr>> loadImage(const QString &path, const LoadOptions &options, const Report &report);
+
+} // namespace Pipeline

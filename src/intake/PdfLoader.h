@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Pipeline.h"
+
+namespace Pipeline {
+
+/// Loads a PDF: at most 40 pages, each rendered at 2400 px on its longer side (at most 4× magnified),
+/// digital text where an upright page has at least 25 characters of it, recognition otherwise.
+/// Fails with "Can't open PDF", "PDF is password protected", "PDF has no pages", "Couldn't render PDF
+/// pages" or the recogniser's "Text recognition failed: …".
+Expected<QList<PagePtr>> loadPDF(const QString &path, const LoadOptions &options, const Report &report);
+
+} // namespace Pipeline

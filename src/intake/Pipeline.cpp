@@ -1,0 +1,45 @@
+#include "Pipeline.h"
+
+#include "ImageLoader.h"
+#include "NativeNames.h"
+#include "Ocr.h"
+#include "PageImage.h"
+#include "PdfLoader.h"
+#include "SupportedFiles.h"
+
+#include <QFileInfo>
+
+namespace Pipeline {
+
+Expected<QList<PagePtr>> load(const QString &given, const LoadOptions &options, const Report &report)
+{
+    const QString ext = QFileInfo(given).suffix().toLower();
+    // A name that is not valid UTF-8 is read through a link with a name Qt and the decoders can open.
+    const auto [path, keepAlive] = openablePath(given);
+    // Said apart from a damaged file: an empty one is usually a download or copy that did not finish.
+    if (const QFileInfo info(path); info.isFile() && info.size() == 0)
+        return TabrixError{QStringLiteral("The file is empty")};
+    if (ext == QLatin1String("pdf"))
+        return loadPDF(path, options, report);
+    if (imageExtensions().contains(ext))
+        return loadImage(path, options, report);
+    return TabrixError{QStringLiteral("Unsupported file type")};
+}
+
+QList<PagePtr> noteCut(QList<PagePtr> pages, int read, int inFile)
+{
+    if (read >= inFile || pages.isEmpty())
+        return pages;
+    auto first = std::make_shared<PageData>(*pages.first());
+    first->pagesRead = read;
+    first->pagesInFile = inFile;
+    pages.first() = std::move(first);
+    return pages;
+}
+
+Expected<QList<TextLine>> ocr(const QImage &image, int page, RuleSet rules)
+{
+    return Ocr::read(Ocr::threadEngine(rules), PageImage::toGrey(image).image, page, rules);
+}
+
+} // namespace Pipeline
