@@ -42,40 +42,6 @@ QLabel *secondaryCaption(const QString &text)
 
 } // namespace
 
-bool ItemsTotal::matches() const
-{
-    return subtotal && std::abs(total - *subtotal) < 0.011;
-}
-
-std::optional<ItemsTotal> ItemsTotal::of(const QList<LineItem> &items, const QString &subtotal)
-{
-    ItemsTotal result;
-    bool any = false;
-    for (const LineItem &item : items) {
-        if (const std::optional<double> amount = Money::parse(item.amount)) {
-            result.total += *amount;
-            any = true;
-        }
-    }
-    if (!any)
-        return std::nullopt;
-    result.subtotal = Money::parse(subtotal);
-    return result;
-}
-
-QString ItemsTotal::totalText() const
-{
-    return QStringLiteral("Items total ") + Money::pretty(total);
-}
-
-QString ItemsTotal::comparisonText() const
-{
-    if (!subtotal)
-        return {};
-    return matches() ? QStringLiteral("matches subtotal")
-                     : QStringLiteral("differs from subtotal ") + Money::pretty(*subtotal);
-}
-
 FormPane::FormPane(Store &store, const DocPtr &doc, QWidget *parent)
     : QWidget(parent), m_store(store), m_doc(doc)
 {
@@ -117,10 +83,10 @@ FormPane::FormPane(Store &store, const DocPtr &doc, QWidget *parent)
                                 QStringLiteral("Unit price"), QStringLiteral("Amount")};
     for (int c = 0; c < 4; ++c)
         m_itemsGrid->addWidget(secondaryCaption(headings[c]), 0, c);
-    m_itemsGrid->setColumnStretch(Description, 5);
-    m_itemsGrid->setColumnStretch(Quantity, 1);
-    m_itemsGrid->setColumnStretch(UnitPrice, 2);
-    m_itemsGrid->setColumnStretch(Amount, 2);
+    m_itemsGrid->setColumnStretch(LineItem::Description, 5);
+    m_itemsGrid->setColumnStretch(LineItem::Quantity, 1);
+    m_itemsGrid->setColumnStretch(LineItem::UnitPrice, 2);
+    m_itemsGrid->setColumnStretch(LineItem::Amount, 2);
     layout->addWidget(m_itemsTable);
 
     m_noItems =
@@ -185,7 +151,7 @@ ConfidenceBadge *FormPane::badge(const QString &key) const
     return nullptr;
 }
 
-QLineEdit *FormPane::itemEdit(int row, ItemColumn column) const
+QLineEdit *FormPane::itemEdit(int row, LineItem::Column column) const
 {
     return row >= 0 && row < m_itemRows.size() ? m_itemRows[row].edits[column] : nullptr;
 }
@@ -270,7 +236,7 @@ void FormPane::rebuildFields()
         m_fieldsGrid->addWidget(row.edit, int(i), 1);
         m_fieldsGrid->addWidget(row.badge, int(i), 2, Qt::AlignVCenter);
         connect(row.edit, &QLineEdit::textEdited, this,
-                [this, key](const QString &text) { editField(key, text); });
+                [this, key](const QString &text) { m_doc->editField(key, text); });
         watchFocus(row.edit, key);
         m_fieldRows.append(row);
     }
@@ -297,14 +263,14 @@ void FormPane::rebuildItems()
         for (int c = 0; c < 4; ++c) {
             auto *edit = new ValueEdit;
             edit->setPlaceholderText(placeholders[c]);
-            if (c != Description)
+            if (c != LineItem::Description)
                 edit->setAlignment(Qt::AlignRight);
-            if (c == Quantity) // four digits, with the frame and margins around them
+            if (c == LineItem::Quantity) // four digits, with the frame and margins around them
                 edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("0000")) + 18);
             m_itemsGrid->addWidget(edit, int(i) + 1, c);
-            const auto column = ItemColumn(c);
+            const auto column = LineItem::Column(c);
             connect(edit, &QLineEdit::textEdited, this,
-                    [this, id, column](const QString &text) { editItem(id, column, text); });
+                    [this, id, column](const QString &text) { m_doc->editItem(id, column, text); });
             watchFocus(edit, key);
             row.edits[c] = edit;
         }
@@ -312,22 +278,18 @@ void FormPane::rebuildItems()
         row.remove->setToolTip(QStringLiteral("Remove this line"));
         row.remove->setAutoRaise(true);
         m_itemsGrid->addWidget(row.remove, int(i) + 1, 4);
-        connect(row.remove, &QToolButton::clicked, this, [this, id] { removeItem(id); });
+        connect(row.remove, &QToolButton::clicked, this, [this, id] { m_doc->removeItem(id); });
         m_itemRows.append(row);
-        if (id == m_focusAfterRebuild)
-            row.edits[Description]->setFocus();
     }
-    m_focusAfterRebuild = QUuid();
 }
 
 void FormPane::refreshItemsTotal()
 {
-    const std::optional<ItemsTotal> total =
-        ItemsTotal::of(m_doc->items(), m_doc->value(QStringLiteral("subtotal")));
+    const std::optional<ItemsTotal> total = m_doc->itemsTotal();
     m_totalRow->setVisible(total.has_value());
     if (!total)
         return;
-    m_totalText->setText(total->totalText());
+    m_totalText->setText(QStringLiteral("Items total ") + Money::pretty(total->total));
     const bool compared = total->subtotal.has_value();
     m_comparisonMark->setVisible(compared);
     m_comparisonText->setVisible(compared);
@@ -337,53 +299,20 @@ void FormPane::refreshItemsTotal()
     m_comparisonMark->setSymbol(total->matches() ? QStringLiteral("checkmark.circle.fill")
                                                  : QStringLiteral("exclamationmark.triangle.fill"),
                                 color);
-    m_comparisonText->setText(total->comparisonText());
+    m_comparisonText->setText(total->matches() ? QStringLiteral("matches subtotal")
+                                               : QStringLiteral("differs from subtotal ") +
+                                                     Money::pretty(*total->subtotal));
     m_comparisonText->setStyleSheet(QStringLiteral("color: %1").arg(color.name()));
-}
-
-void FormPane::editField(const QString &key, const QString &text)
-{
-    QList<Field> fields = m_doc->fields();
-    for (Field &f : fields) {
-        if (f.key == key) {
-            f.value = text;
-            f.edited = true;
-            m_doc->setFields(fields);
-            return;
-        }
-    }
-}
-
-void FormPane::editItem(const QUuid &id, ItemColumn column, const QString &text)
-{
-    QList<LineItem> items = m_doc->items();
-    for (LineItem &item : items) {
-        if (item.id != id)
-            continue;
-        QString *targets[] = {&item.description, &item.quantity, &item.unitPrice, &item.amount};
-        *targets[column] = text;
-        item.edited = true;
-        m_doc->setItems(items);
-        return;
-    }
-}
-
-void FormPane::removeItem(const QUuid &id)
-{
-    QList<LineItem> items = m_doc->items();
-    items.removeIf([&](const LineItem &item) { return item.id == id; });
-    m_doc->setItems(items);
 }
 
 void FormPane::addItem()
 {
-    LineItem item; // a fresh id, no box, confidence 0
-    item.quantity = QStringLiteral("1");
-    item.edited = true;
-    m_focusAfterRebuild = item.id;
-    QList<LineItem> items = m_doc->items();
-    items.append(item);
-    m_doc->setItems(items);
+    // The document redraws the rows as it adds the item; the new row takes the focus.
+    const QUuid id = m_doc->addItem();
+    for (const ItemRow &row : std::as_const(m_itemRows)) {
+        if (row.id == id)
+            row.edits[LineItem::Description]->setFocus();
+    }
 }
 
 void FormPane::watchFocus(QWidget *edit, const QString &key)

@@ -184,7 +184,7 @@ TEST_F(ValuesTest, FormShowsValuesWithoutMoving)
     setValue(doc, "vendor", shortVendor);
     EXPECT_TRUE(vendor->toolTip().isEmpty());
 
-    auto *quantity = qobject_cast<ValueEdit *>(form->itemEdit(0, FormPane::Quantity));
+    auto *quantity = qobject_cast<ValueEdit *>(form->itemEdit(0, LineItem::Quantity));
     ASSERT_NE(quantity, nullptr);
     quantity->setValue("1234");
     EXPECT_TRUE(quantity->fits());
