@@ -5,17 +5,16 @@
 #include <QWidget>
 
 class ConfidenceBadge;
+class FocusHighlight;
+class LineItemGrid;
 class QGridLayout;
 class QLabel;
 class QLineEdit;
-class QPushButton;
-class QToolButton;
-class SymbolLabel;
 class ValueEdit;
 
-/// The right half of the review screen: every field of the document with its confidence badge, the
-/// editable line-item table and the items total. Each edit goes straight into the document and marks
-/// the field or item edited; the focused entry becomes the store's highlight key.
+/// The right half of the review screen: every field of the document with its confidence badge, then
+/// the line items. Each edit goes straight into the document and marks the field or item edited; the
+/// focused entry becomes the store's highlight key.
 class FormPane : public QWidget {
     Q_OBJECT
 public:
@@ -23,13 +22,7 @@ public:
 
     QLineEdit *fieldEdit(const QString &key) const;
     ConfidenceBadge *badge(const QString &key) const;
-    QLineEdit *itemEdit(int row, LineItem::Column column) const;
-    QToolButton *removeButton(int row) const;
-    QPushButton *addLineButton() const { return m_addLine; }
-    int itemRowCount() const { return int(m_itemRows.size()); }
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    LineItemGrid *lineItems() const { return m_lineItems; }
 
 private:
     struct FieldRow {
@@ -38,33 +31,17 @@ private:
         ValueEdit *edit;
         ConfidenceBadge *badge;
     };
-    struct ItemRow {
-        QUuid id;
-        ValueEdit *edits[4];
-        QToolButton *remove;
-    };
 
     void refresh();
     void showDuplicate();
     void rebuildFields();
-    void rebuildItems();
-    void refreshItemsTotal();
-    void addItem();
-    void watchFocus(QWidget *edit, const QString &key);
 
     Store &m_store;
     DocPtr m_doc;
+    FocusHighlight *m_focus;
 
     QWidget *m_duplicate;
     QGridLayout *m_fieldsGrid;
     QList<FieldRow> m_fieldRows;
-    QWidget *m_itemsTable;
-    QGridLayout *m_itemsGrid;
-    QList<ItemRow> m_itemRows;
-    QLabel *m_noItems;
-    QPushButton *m_addLine;
-    QWidget *m_totalRow;
-    QLabel *m_totalText;
-    SymbolLabel *m_comparisonMark;
-    QLabel *m_comparisonText;
+    LineItemGrid *m_lineItems;
 };

@@ -4,6 +4,7 @@
 #include "ui/ConfidenceBadge.h"
 #include "ui/DocumentPane.h"
 #include "ui/FormPane.h"
+#include "ui/LineItemGrid.h"
 #include "ui/Outlines.h"
 #include "ui/PageCanvas.h"
 #include "ui/ReviewView.h"
@@ -143,10 +144,10 @@ TEST_F(ReviewTest, AddEditAndRemoveLineItems)
     openReady();
     doc->setItems({item("10.00"), item("5.00")});
     QApplication::processEvents();
-    ASSERT_EQ(form->itemRowCount(), 2);
+    ASSERT_EQ(form->lineItems()->rowCount(), 2);
     const QUuid first = doc->items()[0].id;
 
-    QTest::mouseClick(form->addLineButton(), Qt::LeftButton);
+    QTest::mouseClick(form->lineItems()->addLineButton(), Qt::LeftButton);
     QApplication::processEvents();
     ASSERT_EQ(doc->items().size(), 3);
     const LineItem added = doc->items()[2];
@@ -154,20 +155,20 @@ TEST_F(ReviewTest, AddEditAndRemoveLineItems)
     EXPECT_TRUE(added.edited);
     EXPECT_EQ(added.confidence, 0.0);
     EXPECT_TRUE(added.description.isEmpty() && added.amount.isEmpty() && !added.box);
-    EXPECT_EQ(form->itemEdit(2, LineItem::Description)->placeholderText(), "Description");
-    EXPECT_EQ(form->itemEdit(2, LineItem::UnitPrice)->placeholderText(), "Price");
+    EXPECT_EQ(form->lineItems()->itemEdit(2, LineItem::Description)->placeholderText(), "Description");
+    EXPECT_EQ(form->lineItems()->itemEdit(2, LineItem::UnitPrice)->placeholderText(), "Price");
 
-    QTest::keyClicks(form->itemEdit(2, LineItem::Amount), "2.50");
+    QTest::keyClicks(form->lineItems()->itemEdit(2, LineItem::Amount), "2.50");
     EXPECT_EQ(doc->items()[2].amount, "2.50");
     auto *total = form->findChild<QLabel *>(QStringLiteral("itemsTotal"));
     EXPECT_EQ(total->text(), QStringLiteral("Items total ") + Money::pretty(17.5));
 
-    EXPECT_EQ(form->removeButton(0)->toolTip(), "Remove this line");
-    QTest::mouseClick(form->removeButton(0), Qt::LeftButton);
+    EXPECT_EQ(form->lineItems()->removeButton(0)->toolTip(), "Remove this line");
+    QTest::mouseClick(form->lineItems()->removeButton(0), Qt::LeftButton);
     QApplication::processEvents();
     ASSERT_EQ(doc->items().size(), 2);
     EXPECT_NE(doc->items()[0].id, first);
-    EXPECT_EQ(form->itemRowCount(), 2);
+    EXPECT_EQ(form->lineItems()->rowCount(), 2);
 }
 
 // Without items the table gives way to the hint and no total is shown.

@@ -6,6 +6,7 @@
 #include "ui/CustomFieldsDialog.h"
 #include "ui/DocumentPane.h"
 #include "ui/FormPane.h"
+#include "ui/LineItemGrid.h"
 #include "ui/Outlines.h"
 #include "ui/PageCanvas.h"
 #include "ui/PlatformText.h"
@@ -184,7 +185,7 @@ TEST_F(ValuesTest, FormShowsValuesWithoutMoving)
     setValue(doc, "vendor", shortVendor);
     EXPECT_TRUE(vendor->toolTip().isEmpty());
 
-    auto *quantity = qobject_cast<ValueEdit *>(form->itemEdit(0, LineItem::Quantity));
+    auto *quantity = qobject_cast<ValueEdit *>(form->lineItems()->itemEdit(0, LineItem::Quantity));
     ASSERT_NE(quantity, nullptr);
     quantity->setValue("1234");
     EXPECT_TRUE(quantity->fits());
