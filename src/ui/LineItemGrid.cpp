@@ -173,7 +173,7 @@ void LineItemGrid::refreshTotal()
     m_comparisonText->setVisible(compared);
     if (!compared)
         return;
-    const QColor color = total->matches() ? Theme::green() : Theme::orange();
+    const QColor color = Theme::color(total->matches() ? Theme::Tone::Green : Theme::Tone::Orange);
     m_comparisonMark->setSymbol(total->matches() ? QStringLiteral("checkmark.circle.fill")
                                                  : QStringLiteral("exclamationmark.triangle.fill"),
                                 color);

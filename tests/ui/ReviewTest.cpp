@@ -47,16 +47,16 @@ TEST(ConfidenceBadgeTest, LookFollowsEditedEmptyAndConfidence)
     };
     const QString conf = QStringLiteral("Extraction confidence");
     const Case cases[] = {
-        {0.62, true, false, {"Edited", BadgeTone::Blue, "Edited by you"}},
-        {0.0, true, true, {"Edited", BadgeTone::Blue, "Edited by you"}},
-        {0.0, false, true, {"Not found", BadgeTone::Orange, conf}},
-        {0.3, false, true, {"30%", BadgeTone::Orange, conf}},
-        {0.0, false, false, {"0%", BadgeTone::Orange, conf}},
-        {0.62, false, false, {"62%", BadgeTone::Orange, conf}},
-        {0.695, false, false, {"70%", BadgeTone::Orange, conf}}, // shows 70% but is below the threshold
-        {0.7, false, false, {"70%", BadgeTone::Green, conf}},
-        {0.875, false, false, {"88%", BadgeTone::Green, conf}},
-        {1.0, false, false, {"100%", BadgeTone::Green, conf}},
+        {0.62, true, false, {"Edited", Theme::Tone::Blue, "Edited by you"}},
+        {0.0, true, true, {"Edited", Theme::Tone::Blue, "Edited by you"}},
+        {0.0, false, true, {"Not found", Theme::Tone::Orange, conf}},
+        {0.3, false, true, {"30%", Theme::Tone::Orange, conf}},
+        {0.0, false, false, {"0%", Theme::Tone::Orange, conf}},
+        {0.62, false, false, {"62%", Theme::Tone::Orange, conf}},
+        {0.695, false, false, {"70%", Theme::Tone::Orange, conf}}, // shows 70% but is below the threshold
+        {0.7, false, false, {"70%", Theme::Tone::Green, conf}},
+        {0.875, false, false, {"88%", Theme::Tone::Green, conf}},
+        {1.0, false, false, {"100%", Theme::Tone::Green, conf}},
     };
     for (const Case &c : cases)
         EXPECT_EQ(ConfidenceBadge::look(c.confidence, c.edited, c.empty), c.look) << c.confidence;
@@ -134,7 +134,7 @@ TEST_F(ReviewTest, EditingAFieldMarksItEdited)
     EXPECT_EQ(doc->fields()[0].value, "Acme Ltd");
     EXPECT_TRUE(doc->fields()[0].edited);
     EXPECT_EQ(form->badge(key)->currentLook().text, "Edited");
-    EXPECT_EQ(form->badge(key)->currentLook().tone, BadgeTone::Blue);
+    EXPECT_EQ(form->badge(key)->currentLook().tone, Theme::Tone::Blue);
     EXPECT_EQ(store->highlightKey(), key); // the focused field is the highlighted one
 }
 

@@ -135,7 +135,7 @@ TEST_F(ValuesTest, DoubtfulTotalIsFlaggedEverywhere)
     openReady();
     setValue(doc, "total", "15.00"); // subtotal 15.00 + tax 1.50 is 16.50
     const BadgeLook look = form->badge("total")->currentLook();
-    EXPECT_EQ(look.tone, BadgeTone::Orange);
+    EXPECT_EQ(look.tone, Theme::Tone::Orange);
     EXPECT_TRUE(look.tooltip.contains("not the total")) << look.tooltip.toStdString();
     const QList<OutlineBox> outlines = window->review()->documentPane()->canvas()->outlines();
     const auto totalOutline =
@@ -159,12 +159,12 @@ TEST_F(ValuesTest, DoubtfulTotalIsFlaggedEverywhere)
     total->selectAll();
     QTest::keyClicks(total, "16.50");
     QApplication::processEvents();
-    EXPECT_EQ(form->badge("total")->currentLook().tone, BadgeTone::Blue);
+    EXPECT_EQ(form->badge("total")->currentLook().tone, Theme::Tone::Blue);
     EXPECT_FALSE(counts->text().contains("check"));
     EXPECT_EQ(window->sidebar()->findChild<QLabel *>(rowName), nullptr);
     QTest::keyClick(total, Qt::Key_Backspace);
     QTest::keyClick(total, Qt::Key_Backspace); // "16."
-    EXPECT_EQ(form->badge("total")->currentLook().tone, BadgeTone::Orange);
+    EXPECT_EQ(form->badge("total")->currentLook().tone, Theme::Tone::Orange);
 }
 
 // Long values show their start with the whole text in the tooltip; short ones need none; a quantity box
