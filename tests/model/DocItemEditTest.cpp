@@ -1,4 +1,5 @@
 #include "model/DocItem.h"
+#include "model/Doubts.h"
 #include "support/TestSupport.h"
 
 #include <QSignalSpy>
@@ -100,6 +101,42 @@ TEST(DocItemEdit, ItemsTotal)
         EXPECT_DOUBLE_EQ(total->total, *c.total);
         EXPECT_EQ(total->subtotal.has_value(), c.matches.has_value()) << c.subtotal.toStdString();
         EXPECT_EQ(total->matches(), c.matches.value_or(false)) << c.subtotal.toStdString();
+    }
+}
+
+// Amounts that cannot all be right are doubted on the field that shows it; rounding to the cent, amounts
+// that do not parse and missing amounts are not doubted.
+TEST(DoubtsTest, AmountsThatDoNotAddUp)
+{
+    struct Case {
+        QString subtotal, tax, total;
+        QStringList itemAmounts;
+        QStringList doubted; // keys, in the order of the checks
+    };
+    // clang-format off
+    const Case cases[] = {
+        {"15.00", "1.50", "16.50", {"10.00", "5.00"}, {}},
+        {"15.00", "1.50", "16.51", {"10.00", "5.00"}, {}}, // a cent of rounding
+        {"15.00", "1.50", "16.52", {}, {"total"}},
+        {"15.00", "-1.50", "13.50", {}, {"tax", "total"}},
+        {"15.00", "", "14.00", {}, {"total"}},
+        {"15.00", "0.00", "15.00", {"10.00", "4.00"}, {"subtotal"}},
+        {"15.00", "0", "15.00", {"10.00", "n/a"}, {"subtotal"}},
+        {"15.00", "0", "15.00", {"n/a"}, {}},
+        {"n/a", "-0.00", "16.50", {"1.00"}, {}}, // minus zero is not negative
+        {"", "", "", {"1.00"}, {}},
+    };
+    // clang-format on
+    for (const Case &c : cases) {
+        const QList<Field> fields = {value("subtotal", c.subtotal), value("tax", c.tax),
+                                     value("total", c.total)};
+        QStringList keys;
+        for (const Doubt &d : Doubts::of(fields, items(c.itemAmounts))) {
+            keys.append(d.key);
+            EXPECT_FALSE(d.reason.isEmpty());
+        }
+        EXPECT_EQ(keys, c.doubted) << c.subtotal.toStdString() << " " << c.tax.toStdString() << " "
+                                   << c.total.toStdString();
     }
 }
 

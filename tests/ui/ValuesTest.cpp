@@ -1,6 +1,5 @@
 #include "UiTestSupport.h"
 
-#include "model/Doubts.h"
 #include "ui/BatchSummaryView.h"
 #include "ui/ConfidenceBadge.h"
 #include "ui/CustomFieldsDialog.h"
@@ -18,59 +17,6 @@
 #include <QLineEdit>
 
 namespace {
-
-Field amount(const QString &key, const QString &value, double confidence = 0.9)
-{
-    Field f = emptyField(key, key);
-    f.value = value;
-    f.confidence = confidence;
-    return f;
-}
-
-QList<LineItem> items(const QStringList &amounts)
-{
-    QList<LineItem> list;
-    for (const QString &a : amounts) {
-        LineItem item;
-        item.amount = a;
-        list.append(item);
-    }
-    return list;
-}
-
-// Amounts that cannot all be right are doubted on the field that shows it; rounding to the cent, amounts
-// that do not parse and missing amounts are not doubted.
-TEST(DoubtsTest, AmountsThatDoNotAddUp)
-{
-    struct Case {
-        QString subtotal, tax, total;
-        QStringList itemAmounts;
-        QStringList doubted; // keys, in the order of the checks
-    };
-    const Case cases[] = {
-        {"15.00", "1.50", "16.50", {"10.00", "5.00"}, {}},
-        {"15.00", "1.50", "16.51", {"10.00", "5.00"}, {}}, // a cent of rounding
-        {"15.00", "1.50", "16.52", {}, {"total"}},
-        {"15.00", "-1.50", "13.50", {}, {"tax", "total"}},
-        {"15.00", "", "14.00", {}, {"total"}},
-        {"15.00", "0.00", "15.00", {"10.00", "4.00"}, {"subtotal"}},
-        {"15.00", "0", "15.00", {"10.00", "n/a"}, {"subtotal"}},
-        {"15.00", "0", "15.00", {"n/a"}, {}},
-        {"n/a", "-0.00", "16.50", {"1.00"}, {}}, // minus zero is not negative
-        {"", "", "", {"1.00"}, {}},
-    };
-    for (const Case &c : cases) {
-        const QList<Field> fields = {amount("subtotal", c.subtotal), amount("tax", c.tax),
-                                     amount("total", c.total)};
-        QStringList keys;
-        for (const Doubt &d : Doubts::of(fields, items(c.itemAmounts))) {
-            keys.append(d.key);
-            EXPECT_FALSE(d.reason.isEmpty());
-        }
-        EXPECT_EQ(keys, c.doubted) << c.subtotal.toStdString() << " " << c.tax.toStdString() << " "
-                                   << c.total.toStdString();
-    }
-}
 
 // Outlines inside others are painted after them, the selected one last; a focused outline's tag avoids
 // the text around it, and with text on every side covers as little as it can.
