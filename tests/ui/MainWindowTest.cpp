@@ -1,6 +1,5 @@
 #include "UiTestSupport.h"
 
-#include "ui/DialogStoreUi.h"
 #include "ui/DropHighlight.h"
 #include "ui/FormPane.h"
 #include "ui/QueueModel.h"
@@ -9,15 +8,12 @@
 
 #include <QAction>
 #include <QDragEnterEvent>
-#include <QFileDialog>
-#include <QListView>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
 #include <QScreen>
 #include <QSplitter>
-#include <QTimer>
 #include <QToolButton>
 
 namespace {
@@ -147,39 +143,6 @@ TEST_F(MainWindowTest, AlertShowsAndClearsStoreMessage)
     ASSERT_EQ(window->alert()->buttons().size(), 1);
     QTest::mouseClick(window->alert()->buttons().first(), Qt::LeftButton);
     EXPECT_TRUE(waitUntil([&] { return store->alertText().isEmpty(); }));
-}
-
-// "Choose Files…" opens a chooser that takes files and folders at once: a folder selected with "Open"
-// is added rather than entered.
-TEST_F(MainWindowTest, ChooserTakesFilesAndFolders)
-{
-    DialogStoreUi dialogs;
-    open(1, &dialogs);
-    makeFiles({"a.pdf", "b.pdf", "sub/c.png", "sub/d.png"});
-    QStringList shown;
-    QTimer::singleShot(0, [&] {
-        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-        ASSERT_NE(dialog, nullptr);
-        dialog->setDirectory(docsFolder());
-        auto *view = dialog->findChild<QListView *>(QStringLiteral("listView"));
-        ASSERT_TRUE(waitUntil([&] { return view->model()->rowCount(view->rootIndex()) == 3; }));
-        for (int row = 0; row < 3; ++row) {
-            const QModelIndex index = view->model()->index(row, 0, view->rootIndex());
-            shown.append(index.data().toString());
-            if (index.data().toString() != "b.pdf")
-                view->selectionModel()->select(index,
-                                               QItemSelectionModel::Select | QItemSelectionModel::Rows);
-        }
-        static_cast<QDialog *>(dialog)->accept();
-    });
-    QTest::mouseClick(window->findChild<QPushButton *>(QStringLiteral("chooseFiles")), Qt::LeftButton);
-    shown.sort();
-    EXPECT_EQ(shown, QStringList({"a.pdf", "b.pdf", "sub"}));
-    QStringList added;
-    for (const DocPtr &d : store->docs())
-        added.append(d->fileName());
-    added.sort();
-    EXPECT_EQ(added, QStringList({"a.pdf", "c.png", "d.png"}));
 }
 
 // The window fits a 1366 × 768 laptop with a panel, opens within its screen whatever size is asked for,

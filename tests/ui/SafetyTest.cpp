@@ -1,15 +1,12 @@
 #include "UiTestSupport.h"
 
 #include "ui/BatchSummaryView.h"
-#include "ui/DialogStoreUi.h"
 #include "ui/DocumentPane.h"
 #include "ui/FormPane.h"
 #include "ui/ReviewView.h"
 #include "ui/SidebarView.h"
 
-#include <QMessageBox>
 #include <QPushButton>
-#include <QTimer>
 
 namespace {
 
@@ -102,30 +99,6 @@ TEST_F(SafetyTest, WindowAsksBeforeLosingWork)
     QTest::mouseClick(summaryButton("Clear"), Qt::LeftButton);
     EXPECT_TRUE(store->docs().isEmpty());
     EXPECT_TRUE(window->close());
-}
-
-// The desktop's question is one plain box whose default button keeps the work: Return declines.
-TEST_F(SafetyTest, QuestionDefaultsToCancel)
-{
-    DialogStoreUi dialogs;
-    open(1, &dialogs);
-    dialogs.setWindow(window.get());
-    addAndWait({"1.pdf"});
-    store->approveAllReady();
-    QStringList buttons;
-    QTimer::singleShot(0, [&] {
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
-        for (QAbstractButton *b : box->buttons())
-            buttons.append(b->text());
-        ASSERT_NE(box->defaultButton(), nullptr);
-        EXPECT_EQ(box->defaultButton()->text(), "Cancel");
-        QTest::keyClick(box, Qt::Key_Return);
-    });
-    store->clearAllAsking();
-    buttons.sort();
-    EXPECT_EQ(buttons, QStringList({"Cancel", "Clear"}));
-    EXPECT_EQ(store->docs().size(), 1);
 }
 
 } // namespace
