@@ -8,32 +8,7 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QIcon>
-#include <QScreen>
-#include <QTimer>
 #include <QUrl>
-
-namespace {
-
-// For looking at the real window from a script: TABRIX_SCREENSHOT=FILE.png saves the screen after
-// TABRIX_SCREENSHOT_DELAY milliseconds (default 5000) and quits.
-void scheduleScreenshot(QWidget &window)
-{
-    const QString file = qEnvironmentVariable("TABRIX_SCREENSHOT");
-    if (file.isEmpty())
-        return;
-    bool ok = false;
-    int delay = qEnvironmentVariableIntValue("TABRIX_SCREENSHOT_DELAY", &ok);
-    if (!ok)
-        delay = 5000;
-    QTimer::singleShot(delay, &window, [&window, file] {
-        QScreen *screen = window.screen();
-        const QPixmap shot = screen ? screen->grabWindow(0) : window.grab();
-        shot.save(file);
-        QApplication::quit();
-    });
-}
-
-} // namespace
 
 int main(int argc, char **argv)
 {
@@ -63,6 +38,5 @@ int main(int argc, char **argv)
     if (!urls.isEmpty())
         store.handleDrop(urls);
 
-    scheduleScreenshot(window);
     return app.exec();
 }

@@ -1,6 +1,9 @@
 #include "DocItem.h"
 
+#include "Money.h"
+
 #include <QFileInfo>
+#include <cmath>
 
 DocItem::DocItem(const QString &path, QObject *parent) : QObject(parent), m_path(path) {}
 
@@ -37,6 +40,68 @@ void DocItem::setItems(const QList<LineItem> &items)
 {
     m_items = items;
     emit changed();
+}
+
+bool ItemsTotal::matches() const
+{
+    return subtotal && std::abs(total - *subtotal) < 0.011;
+}
+
+void DocItem::editField(const QString &key, const QString &text)
+{
+    for (Field &f : m_fields) {
+        if (f.key == key) {
+            f.value = text;
+            f.edited = true;
+            emit changed();
+            return;
+        }
+    }
+}
+
+void DocItem::editItem(const QUuid &id, LineItem::Column column, const QString &text)
+{
+    for (LineItem &item : m_items) {
+        if (item.id != id)
+            continue;
+        QString *columns[] = {&item.description, &item.quantity, &item.unitPrice, &item.amount};
+        *columns[column] = text;
+        item.edited = true;
+        emit changed();
+        return;
+    }
+}
+
+QUuid DocItem::addItem()
+{
+    LineItem item;
+    item.quantity = QStringLiteral("1");
+    item.edited = true;
+    m_items.append(item);
+    emit changed();
+    return item.id;
+}
+
+void DocItem::removeItem(const QUuid &id)
+{
+    if (m_items.removeIf([&](const LineItem &item) { return item.id == id; }) > 0)
+        emit changed();
+}
+
+std::optional<ItemsTotal> DocItem::itemsTotal() const
+{
+    ItemsTotal result;
+    bool any = false;
+    for (const LineItem &item : m_items) {
+        if (const std::optional<double> amount = Money::parse(item.amount)) {
+            result.total += *amount;
+            any = true;
+        }
+    }
+    if (!any)
+        return std::nullopt;
+    result.subtotal = Money::parse(value(QStringLiteral("subtotal")));
+    return result;
 }
 
 QString DocItem::value(const QString &key) const

@@ -12,6 +12,14 @@
 #include <QString>
 #include <QUrl>
 #include <QUuid>
+#include <optional>
+
+/// The sum of a document's line items beside its subtotal.
+struct ItemsTotal {
+    double total = 0.0;             ///< sum of the item amounts that parse
+    std::optional<double> subtotal; ///< the document's subtotal, when it parses
+    bool matches() const;           ///< within one cent of the subtotal (needs a subtotal)
+};
 
 /// One document of the batch. Lives on the main thread; every published setter emits `changed()`
 /// so views can redraw. `pages` and `rows` are plain: they are always set together with a published
@@ -37,6 +45,19 @@ public:
     void setApproved(bool approved);
     void setFields(const QList<Field> &fields);
     void setItems(const QList<LineItem> &items);
+
+    // Hand edits from the review form. Each marks what it changed as edited and emits `changed()` once;
+    // a key or id that names nothing changes nothing and emits nothing.
+
+    /// Sets the value of the field keyed `key`.
+    void editField(const QString &key, const QString &text);
+    /// Sets one text column of the line item `id`.
+    void editItem(const QUuid &id, LineItem::Column column, const QString &text);
+    /// Appends an empty item of quantity 1 (no box, confidence 0); returns its id.
+    QUuid addItem();
+    void removeItem(const QUuid &id);
+    /// The sum of the item amounts that parse, or nothing when none does.
+    std::optional<ItemsTotal> itemsTotal() const;
 
     QList<PagePtr> pages;
     QList<Row> rows;

@@ -8,6 +8,9 @@
 
 /// One row of a document's item table; amounts stay text, parsed by Money where numbers are needed.
 struct LineItem {
+    /// The text columns, in the order the form and the exports show them.
+    enum Column { Description, Quantity, UnitPrice, Amount };
+
     QUuid id = QUuid::createUuid();
     QString description;
     QString quantity;

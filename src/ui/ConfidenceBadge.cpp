@@ -1,7 +1,6 @@
 #include "ConfidenceBadge.h"
 
 #include "Outlines.h"
-#include "Theme.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -23,27 +22,14 @@ ConfidenceBadge::ConfidenceBadge(QWidget *parent) : QWidget(parent)
 BadgeLook ConfidenceBadge::look(double confidence, bool edited, bool empty, const QStringList &doubts)
 {
     if (!doubts.isEmpty())
-        return {QStringLiteral("Check"), BadgeTone::Orange, doubts.join(QLatin1Char('\n'))};
+        return {QStringLiteral("Check"), Theme::Tone::Orange, doubts.join(QLatin1Char('\n'))};
     if (edited)
-        return {QStringLiteral("Edited"), BadgeTone::Blue, QStringLiteral("Edited by you")};
+        return {QStringLiteral("Edited"), Theme::Tone::Blue, QStringLiteral("Edited by you")};
     const QString tooltip = QStringLiteral("Extraction confidence");
     if (empty && confidence == 0.0)
-        return {QStringLiteral("Not found"), BadgeTone::Orange, tooltip};
+        return {QStringLiteral("Not found"), Theme::Tone::Orange, tooltip};
     const QString percent = QString::number(std::lround(confidence * 100.0)) + QLatin1Char('%');
-    return {percent, confidence < Outlines::confident ? BadgeTone::Orange : BadgeTone::Green, tooltip};
-}
-
-QColor ConfidenceBadge::color(BadgeTone tone)
-{
-    switch (tone) {
-    case BadgeTone::Green:
-        return Theme::green();
-    case BadgeTone::Orange:
-        return Theme::orange();
-    case BadgeTone::Blue:
-        return Theme::blue();
-    }
-    return Theme::blue();
+    return {percent, confidence < Outlines::confident ? Theme::Tone::Orange : Theme::Tone::Green, tooltip};
 }
 
 void ConfidenceBadge::setState(double confidence, bool edited, bool empty, const QStringList &doubts)
@@ -66,7 +52,7 @@ void ConfidenceBadge::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor c = color(m_look.tone);
+    const QColor c = Theme::color(m_look.tone);
     const QRectF r = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
     QPainterPath path;
     path.addRoundedRect(r, 5, 5);

@@ -1,17 +1,15 @@
 #pragma once
 
-#include <QColor>
+#include "Theme.h"
+
 #include <QString>
 #include <QStringList>
 #include <QWidget>
 
-/// The colours a badge can take.
-enum class BadgeTone { Green, Orange, Blue };
-
 /// What a confidence badge says: its text, tone and tooltip.
 struct BadgeLook {
     QString text;
-    BadgeTone tone;
+    Theme::Tone tone;
     QString tooltip;
 
     bool operator==(const BadgeLook &) const = default;
@@ -27,7 +25,6 @@ public:
     explicit ConfidenceBadge(QWidget *parent = nullptr);
 
     static BadgeLook look(double confidence, bool edited, bool empty, const QStringList &doubts = {});
-    static QColor color(BadgeTone tone);
 
     void setState(double confidence, bool edited, bool empty, const QStringList &doubts = {});
     const BadgeLook &currentLook() const { return m_look; }

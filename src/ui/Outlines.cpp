@@ -8,15 +8,10 @@
 
 QColor OutlineBox::color() const
 {
-    switch (kind) {
-    case OutlineKind::Detected:
-        return Theme::green();
-    case OutlineKind::LowConfidence:
-        return Theme::orange();
-    case OutlineKind::LineItem:
-        return Theme::blue();
-    }
-    return Theme::blue();
+    const Theme::Tone tone = kind == OutlineKind::Detected        ? Theme::Tone::Green
+                             : kind == OutlineKind::LowConfidence ? Theme::Tone::Orange
+                                                                  : Theme::Tone::Blue;
+    return Theme::color(tone);
 }
 
 namespace Outlines {

@@ -26,6 +26,19 @@ QColor red()
     return QColor(0xd9, 0x30, 0x25);
 }
 
+QColor color(Tone tone)
+{
+    switch (tone) {
+    case Tone::Green:
+        return green();
+    case Tone::Orange:
+        return orange();
+    case Tone::Blue:
+        return blue();
+    }
+    return blue();
+}
+
 QColor accent()
 {
     return QApplication::palette().color(QPalette::Highlight);

@@ -11,6 +11,12 @@ QColor green();
 QColor orange();
 QColor blue();
 QColor red();
+
+/// What a badge or an outline says about a value: confident, in doubt, or edited / a line item.
+enum class Tone { Green, Orange, Blue };
+/// The colour of `tone`: the one place a tone becomes a colour.
+QColor color(Tone tone);
+
 /// The platform's accent (selection) colour: in-progress documents, the drop highlight.
 QColor accent();
 /// Text that matters less than its neighbours.

@@ -74,4 +74,37 @@ TEST_F(StoreReview, Approval)
     EXPECT_EQ(store->selectedID(), docs[0]->id());
 }
 
+// Re-reading, clearing and quitting ask only when work would be lost (a hand correction, an approval
+// not exported as it is now), and a declined question changes nothing.
+TEST_F(StoreReview, AskingGuardsWorkOnly)
+{
+    const QList<DocPtr> docs = readBatch(2);
+    store->reprocessAsking(docs[0]);
+    EXPECT_EQ(docs[0]->status(), DocStatus(DocStatus::Queued));
+    ASSERT_TRUE(idle());
+    EXPECT_TRUE(store->mayQuit());
+    EXPECT_TRUE(ui.asked.isEmpty());
+
+    docs[0]->editField(docs[0]->fields()[0].key, "Corrected");
+    store->reprocessAsking(docs[0]);
+    EXPECT_EQ(ui.asked, QStringList{"Re-read \u201Cdoc1.pdf\u201D?"});
+    EXPECT_EQ(docs[0]->status(), DocStatus(DocStatus::Ready));
+
+    docs[1]->setApproved(true);
+    EXPECT_FALSE(store->mayQuit());
+    ui.saveAnswer = files.filePath("out.json");
+    store->exportJSON();
+    EXPECT_TRUE(store->mayQuit());
+    docs[1]->editField(docs[1]->fields()[0].key, "Later");
+    EXPECT_EQ(store->unexportedApproved(), QList<DocPtr>{docs[1]});
+
+    ui.asked.clear();
+    store->clearAllAsking();
+    EXPECT_EQ(ui.asked, QStringList{"Clear the batch?"});
+    EXPECT_EQ(store->docs().size(), 2);
+    ui.answer = true;
+    store->clearAllAsking();
+    EXPECT_TRUE(store->docs().isEmpty());
+}
+
 } // namespace

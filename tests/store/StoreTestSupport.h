@@ -76,10 +76,12 @@ public:
     }
 };
 
-/// Dialog answers prepared by the test; the clipboard is a string.
+/// Dialog answers prepared by the test; the clipboard is a string; questions are noted and answered
+/// with `answer`.
 struct FakeUi : StoreUi {
-    QStringList chosen;
+    QStringList chosen, asked;
     QString openAnswer, saveAnswer, clipboard, proposedName;
+    bool answer = false;
 
     QStringList chooseFilesAndFolders(const QString &) override { return chosen; }
     QString chooseFileToOpen(const QString &) override { return openAnswer; }
@@ -89,6 +91,11 @@ struct FakeUi : StoreUi {
         return saveAnswer;
     }
     void setClipboardText(const QString &text) override { clipboard = text; }
+    bool confirm(const QString &question, const QString &, const QString &) override
+    {
+        asked.append(question);
+        return answer;
+    }
 };
 
 /// A store with a fake loader and fake dialogs, its data folder and a folder for documents.

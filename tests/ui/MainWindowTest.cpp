@@ -1,88 +1,87 @@
 #include "UiTestSupport.h"
 
-#include "ui/DialogStoreUi.h"
+#include "ui/DocumentPane.h"
 #include "ui/DropHighlight.h"
 #include "ui/FormPane.h"
+#include "ui/PlatformText.h"
 #include "ui/QueueModel.h"
 #include "ui/ReviewView.h"
 #include "ui/SidebarView.h"
 
-#include <QAction>
 #include <QDragEnterEvent>
-#include <QFileDialog>
+#include <QLabel>
 #include <QListView>
-#include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
 #include <QScreen>
 #include <QSplitter>
-#include <QTimer>
-#include <QToolButton>
 
 namespace {
 
-class MainWindowTest : public UiTest {};
+class MainWindowTest : public UiTest {
+protected:
+    /// A button of the review screen on show.
+    QPushButton *button(const char *name) const
+    {
+        return window->review()->findChild<QPushButton *>(QString::fromLatin1(name));
+    }
+    /// A button of the batch summary, by its text.
+    QPushButton *summaryButton(const QString &text) const
+    {
+        const auto buttons = window->sidebar()->findChildren<QPushButton *>();
+        return *std::find_if(buttons.cbegin(), buttons.cend(),
+                             [&](QPushButton *b) { return b->text() == text; });
+    }
+    /// Clicks `b` as a mouse would, lets the window settle and presses Space wherever focus went.
+    void clickThenSpace(QPushButton *b)
+    {
+        QTest::mouseClick(b, Qt::LeftButton);
+        QApplication::processEvents();
+        QApplication::processEvents();
+        ASSERT_NE(QApplication::focusWidget(), nullptr);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        QApplication::processEvents();
+    }
 
-QStringList statusTexts(const SidebarView &sidebar)
-{
-    QStringList texts;
-    const QueueModel *model = sidebar.queueModel();
-    for (int row = 0; row < model->rowCount(); ++row)
-        texts.append(model->index(row).data(QueueModel::StatusTextRole).toString());
-    return texts;
-}
+    Answers answers;
+};
 
-// A folder dropped on a text box deep inside the window is taken by the window: the highlight shows
-// while it hovers, and its supported files are read until they are ready for review.
-TEST_F(MainWindowTest, DroppedFolderIsReadUntilReady)
+// A folder dropped on a button deep inside the window is taken by the window: the highlight shows while
+// it hovers, and its files are read and the first one reviewed. A drag of plain text is no drop.
+TEST_F(MainWindowTest, DroppedFolderIsReadAndReviewed)
 {
     open();
-    makeFiles({"b.pdf", "a.png", "notes.txt", "sub/c.tiff"});
+    makeFiles({"b.pdf", "a.png", "sub/c.tiff"});
     QWidget *target = window->findChild<QPushButton *>(QStringLiteral("chooseFiles"));
-    ASSERT_NE(target, nullptr);
     auto *highlight = window->findChild<DropHighlight *>();
+
+    QMimeData text;
+    text.setText(QStringLiteral("hello"));
+    QDragEnterEvent textEnter(QPoint(5, 5), Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &textEnter);
+    EXPECT_FALSE(store->isTargeted());
 
     QMimeData mime;
     mime.setUrls({QUrl::fromLocalFile(docsFolder())});
     QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(target, &enter);
     EXPECT_TRUE(enter.isAccepted());
-    EXPECT_TRUE(store->isTargeted());
     EXPECT_TRUE(highlight->isVisible());
-
     QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(target, &drop);
-    EXPECT_FALSE(store->isTargeted());
     EXPECT_FALSE(highlight->isVisible());
 
-    ASSERT_TRUE(waitUntil([&] {
-        return statusTexts(*window->sidebar()) ==
-               QStringList({"Ready for review", "Ready for review", "Ready for review"});
-    }));
-    QStringList names;
-    for (const DocPtr &d : store->docs())
-        names.append(d->fileName());
-    EXPECT_EQ(names, QStringList({"a.png", "b.pdf", "c.tiff"}));
-    // The first document is selected and reviewed beside its page.
+    ASSERT_TRUE(waitUntil([&] { return store->docs().size() == 3 && allRead(); }));
+    QApplication::processEvents();
     ASSERT_NE(window->review(), nullptr);
     EXPECT_EQ(window->review()->doc(), store->docs().first());
-    EXPECT_NE(window->review()->formPane(), nullptr);
 }
 
-// A drag without files (plain text) is not offered to the store and shows no highlight.
-TEST_F(MainWindowTest, TextDragIsNotADrop)
-{
-    open();
-    QMimeData mime;
-    mime.setText(QStringLiteral("hello"));
-    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(window->centralWidget(), &enter);
-    EXPECT_FALSE(store->isTargeted());
-}
-
-// The Review menu's shortcuts step through the batch and approve; with an empty queue they do nothing.
-TEST_F(MainWindowTest, ShortcutsStepAndApprove)
+// The Review menu's shortcuts and the navigation bar's buttons step through the batch and approve, the
+// shortcuts from inside a text box of the form too and not at all with an empty queue; the buttons
+// follow the position and the approval of the shown document.
+TEST_F(MainWindowTest, ShortcutsAndButtonsStepAndApprove)
 {
     open();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
@@ -90,96 +89,40 @@ TEST_F(MainWindowTest, ShortcutsStepAndApprove)
     EXPECT_EQ(store->selected(), nullptr);
 
     addAndWait({"1.pdf", "2.pdf", "3.pdf"});
-    EXPECT_EQ(store->position(), "1 of 3");
     QTest::keyClick(window.get(), Qt::Key_BracketRight, Qt::ControlModifier);
     EXPECT_EQ(store->position(), "2 of 3");
-    QTest::keyClick(window.get(), Qt::Key_BracketRight, Qt::ControlModifier);
-    QTest::keyClick(window.get(), Qt::Key_BracketRight, Qt::ControlModifier);
-    EXPECT_EQ(store->position(), "3 of 3");
-    QTest::keyClick(window.get(), Qt::Key_BracketLeft, Qt::ControlModifier);
     QTest::keyClick(window.get(), Qt::Key_BracketLeft, Qt::ControlModifier);
     EXPECT_EQ(store->position(), "1 of 3");
-
-    // Approve and Next works from inside a text box of the form too.
-    QApplication::processEvents();
     QLineEdit *vendor = window->review()->formPane()->fieldEdit(QStringLiteral("vendor"));
-    ASSERT_NE(vendor, nullptr);
     vendor->setFocus();
     QTest::keyClick(vendor, Qt::Key_Return, Qt::ControlModifier);
     EXPECT_TRUE(store->docs()[0]->approved());
     EXPECT_EQ(store->position(), "2 of 3");
     EXPECT_EQ(window->sidebar()->queueModel()->index(0).data(QueueModel::StatusTextRole), "Approved");
-}
 
-// The navigation bar's buttons follow the position and the approval of the shown document.
-TEST_F(MainWindowTest, NavBarApprovesAndUndoes)
-{
-    open();
-    addAndWait({"1.pdf", "2.pdf"});
-    auto button = [&](const char *name) {
-        return window->review()->findChild<QPushButton *>(QString::fromLatin1(name));
-    };
-    EXPECT_FALSE(button("previous")->isEnabled());
-    EXPECT_TRUE(button("next")->isEnabled());
+    EXPECT_TRUE(button("previous")->isEnabled());
     QTest::mouseClick(button("approve"), Qt::LeftButton);
-    EXPECT_TRUE(store->docs()[0]->approved());
-    EXPECT_EQ(store->position(), "1 of 2"); // "Approve" stays on the document
-    EXPECT_TRUE(button("undoApproval")->isVisible());
+    EXPECT_TRUE(store->docs()[1]->approved());
+    EXPECT_EQ(store->position(), "2 of 3"); // "Approve" stays on the document
     EXPECT_FALSE(button("approve")->isVisible());
     QTest::mouseClick(button("undoApproval"), Qt::LeftButton);
-    EXPECT_FALSE(store->docs()[0]->approved());
+    EXPECT_FALSE(store->docs()[1]->approved());
     QTest::mouseClick(button("approveAndNext"), Qt::LeftButton);
-    EXPECT_TRUE(store->docs()[0]->approved());
-    EXPECT_EQ(store->position(), "2 of 2");
+    EXPECT_TRUE(store->docs()[1]->approved());
+    EXPECT_EQ(store->position(), "3 of 3");
     QApplication::processEvents();
     EXPECT_FALSE(button("next")->isEnabled());
 }
 
-// Every store message appears in an alert titled "Tabrix"; dismissing it clears the message.
+// Every store message appears in an alert; dismissing it clears the message.
 TEST_F(MainWindowTest, AlertShowsAndClearsStoreMessage)
 {
     open();
     store->add(makeFiles({"notes.txt"}));
     ASSERT_TRUE(waitUntil([&] { return window->alert() && window->alert()->isVisible(); }));
-    EXPECT_EQ(window->alert()->windowTitle(), "Tabrix");
-    EXPECT_EQ(window->alert()->text(),
-              "No supported files found. Tabrix reads PDF, PNG, JPEG, HEIC and TIFF files.");
-    ASSERT_EQ(window->alert()->buttons().size(), 1);
+    EXPECT_EQ(window->alert()->text(), store->alertText());
     QTest::mouseClick(window->alert()->buttons().first(), Qt::LeftButton);
     EXPECT_TRUE(waitUntil([&] { return store->alertText().isEmpty(); }));
-}
-
-// "Choose Files…" opens a chooser that takes files and folders at once: a folder selected with "Open"
-// is added rather than entered.
-TEST_F(MainWindowTest, ChooserTakesFilesAndFolders)
-{
-    DialogStoreUi dialogs;
-    open(1, &dialogs);
-    makeFiles({"a.pdf", "b.pdf", "sub/c.png", "sub/d.png"});
-    QStringList shown;
-    QTimer::singleShot(0, [&] {
-        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-        ASSERT_NE(dialog, nullptr);
-        dialog->setDirectory(docsFolder());
-        auto *view = dialog->findChild<QListView *>(QStringLiteral("listView"));
-        ASSERT_TRUE(waitUntil([&] { return view->model()->rowCount(view->rootIndex()) == 3; }));
-        for (int row = 0; row < 3; ++row) {
-            const QModelIndex index = view->model()->index(row, 0, view->rootIndex());
-            shown.append(index.data().toString());
-            if (index.data().toString() != "b.pdf")
-                view->selectionModel()->select(index,
-                                               QItemSelectionModel::Select | QItemSelectionModel::Rows);
-        }
-        static_cast<QDialog *>(dialog)->accept();
-    });
-    QTest::mouseClick(window->findChild<QPushButton *>(QStringLiteral("chooseFiles")), Qt::LeftButton);
-    shown.sort();
-    EXPECT_EQ(shown, QStringList({"a.pdf", "b.pdf", "sub"}));
-    QStringList added;
-    for (const DocPtr &d : store->docs())
-        added.append(d->fileName());
-    added.sort();
-    EXPECT_EQ(added, QStringList({"a.pdf", "c.png", "d.png"}));
 }
 
 // The window fits a 1366 × 768 laptop with a panel, opens within its screen whatever size is asked for,
@@ -212,6 +155,63 @@ TEST_F(MainWindowTest, WindowFitsTheScreenAndRemembersItsLayout)
     QApplication::processEvents();
     EXPECT_EQ(again.size(), size);
     EXPECT_EQ(again.splitter()->sizes(), sides);
+}
+
+// Texts written for macOS name this computer and Ctrl elsewhere, and stay as written on macOS.
+TEST(PlatformTextTest, NamesTheRunningPlatform)
+{
+    const QString text = QStringLiteral("Runs offline on this Mac. Next document (\u2318])");
+    EXPECT_EQ(PlatformText::adapt(text, true), text);
+    EXPECT_EQ(PlatformText::adapt(text, false), "Runs offline on this computer. Next document (Ctrl+])");
+}
+
+// A button that disables or hides itself leaves focus on the form, where Space neither hides the
+// outlines (after "Approve") nor clears the batch (after "Approve all ready").
+TEST_F(MainWindowTest, FocusAfterASelfDisablingButtonIsHarmless)
+{
+    open(1, &answers);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    addAndWait({"1.pdf", "2.pdf", "3.pdf"});
+    clickThenSpace(button("approve"));
+    EXPECT_EQ(QApplication::focusWidget(), window->review()->formPane());
+    EXPECT_TRUE(window->review()->documentPane()->showOutlines());
+
+    store->move(+1);
+    clickThenSpace(summaryButton("Approve all ready"));
+    EXPECT_EQ(store->docs().size(), 3);
+    EXPECT_EQ(store->approvedDocs().size(), 3);
+    EXPECT_TRUE(answers.asked.isEmpty());
+
+    // At the last document "Next" disables itself; Space then does not approve or move anything.
+    store->docs()[2]->setApproved(false);
+    QApplication::processEvents();
+    clickThenSpace(button("next"));
+    EXPECT_EQ(store->position(), "3 of 3");
+    EXPECT_FALSE(store->docs()[2]->approved());
+}
+
+// The window's guards reach the store: closing with an approval not yet exported asks and stays open
+// when declined; "Clear" asks while the batch holds work, and once accepted the empty states return.
+TEST_F(MainWindowTest, WindowAsksBeforeLosingWork)
+{
+    open(1, &answers);
+    addAndWait({"1.pdf"});
+    EXPECT_TRUE(window->close());
+    window->show();
+    store->docs()[0]->setApproved(true);
+    EXPECT_FALSE(window->close());
+    EXPECT_EQ(answers.asked, QStringList({"Quit without exporting?"}));
+    QTest::mouseClick(summaryButton("Clear"), Qt::LeftButton);
+    EXPECT_EQ(answers.asked.size(), 2);
+    EXPECT_EQ(store->docs().size(), 1);
+    answers.answer = true;
+    QTest::mouseClick(summaryButton("Clear"), Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_TRUE(store->docs().isEmpty());
+    EXPECT_FALSE(window->sidebar()->queueView()->isVisible());
+    EXPECT_TRUE(window->sidebar()->findChild<QLabel *>(QStringLiteral("noTotals"))->isVisible());
+    EXPECT_EQ(window->review(), nullptr);
+    EXPECT_TRUE(window->close());
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -14,77 +13,84 @@
 #include <gtest/gtest.h>
 #include <memory>
 
-/// The text lines of a small invoice, one per row down the page.
-inline QList<TextLine> invoiceLines(int page = 0)
+/// A field holding `value`, read with `confidence`.
+inline Field valueField(const QString &key, const QString &value, double confidence = 0.9,
+                        std::optional<PageBox> box = {}, bool edited = false)
 {
-    const QStringList texts = {"Acme Supplies Ltd",
-                               "Invoice No: INV-1001",
-                               "Date: 2024-03-05",
-                               "Description  Qty  Unit Price  Amount",
-                               "Widget  2  5.00  10.00",
-                               "Gadget  1  5.00  5.00",
-                               "Subtotal  15.00",
-                               "Tax  1.50",
-                               "Total  16.50"};
-    QList<TextLine> lines;
-    for (qsizetype i = 0; i < texts.size(); ++i)
-        lines.append(TextLine{texts[i], QRectF(0.08, 0.06 + 0.05 * i, 0.6, 0.03), page});
-    return lines;
+    Field f = emptyField(key, key);
+    f.value = value;
+    f.confidence = confidence;
+    f.box = box;
+    f.edited = edited;
+    return f;
 }
 
-/// A loader that reads no file: every file becomes `pages` blank letter-size pages holding the small
-/// invoice; a file named "broken.*" fails with "Damaged file".
-inline Processing::Loader fakeLoader(int pages = 1)
+/// A loader that reads no file: every file becomes `pages` blank pages, the first holding a small
+/// invoice (subtotal 15.00, tax 1.50, total 16.50, two items); a file named "broken.*" fails.
+inline Processing::Loader fakeLoader(int pages)
 {
-    return [pages](const QString &path, const Pipeline::Report &report) -> Expected<QList<PagePtr>> {
+    return [pages](const QString &path, const Pipeline::Report &) -> Expected<QList<PagePtr>> {
         if (QFileInfo(path).baseName() == QLatin1String("broken"))
             return TabrixError{QStringLiteral("Damaged file")};
+        const QStringList texts = {"Acme Supplies Ltd",
+                                   "Invoice No: INV-1001",
+                                   "Date: 2024-03-05",
+                                   "Description  Qty  Unit Price  Amount",
+                                   "Widget  2  5.00  10.00",
+                                   "Gadget  1  5.00  5.00",
+                                   "Subtotal  15.00",
+                                   "Tax  1.50",
+                                   "Total  16.50"};
         QList<PagePtr> result;
         for (int p = 0; p < pages; ++p) {
-            report(DocStatus::Reading, 0.02 + 0.9 * p / pages);
             auto page = std::make_shared<PageData>();
             page->image = QImage(425, 550, QImage::Format_Grayscale8);
             page->image.fill(Qt::white);
-            if (p == 0)
-                page->lines = invoiceLines(p);
+            for (qsizetype i = 0; p == 0 && i < texts.size(); ++i)
+                page->lines.append(TextLine{texts[i], QRectF(0.08, 0.06 + 0.05 * i, 0.6, 0.03), 0});
             result.append(page);
         }
         return result;
     };
 }
 
+/// Answers every question with `answer` and notes it; open and save dialogs answer `openPath` and
+/// `savePath`.
+struct Answers : StoreUi {
+    bool answer = false;
+    QStringList asked;
+    QString openPath, savePath;
+
+    QStringList chooseFilesAndFolders(const QString &) override { return {}; }
+    QString chooseFileToOpen(const QString &) override { return openPath; }
+    QString chooseFileToSave(const QString &, const QString &) override { return savePath; }
+    void setClipboardText(const QString &) override {}
+    bool confirm(const QString &question, const QString &, const QString &) override
+    {
+        asked.append(question);
+        return answer;
+    }
+};
+
 /// A store wired to the fake loader with its data in a temporary folder, and the main window over it.
 class UiTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(m_temp.isValid());
-        QDir(m_temp.path()).mkpath(QStringLiteral("data"));
-        QDir(m_temp.path()).mkpath(QStringLiteral("docs"));
+        ASSERT_TRUE(m_temp.isValid() && QDir(m_temp.path()).mkpath(QStringLiteral("docs")));
         // The window's remembered layout goes to the temporary folder, never the user's settings.
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                            m_temp.filePath(QStringLiteral("settings")));
     }
 
-    /// Creates the store and window; `pages` per document; `pages` 0 reads the files for real.
+    /// Creates the store and window; `pages` per document.
     void open(int pages = 1, StoreUi *ui = nullptr)
     {
-        StoreOptions options;
-        options.dataFolder = m_temp.filePath(QStringLiteral("data"));
-        if (pages > 0)
-            options.loader = fakeLoader(pages);
-        options.ui = ui;
-        store = std::make_unique<Store>(options);
+        store = std::make_unique<Store>(StoreOptions{dataFolder(), fakeLoader(pages), ui});
         window = std::make_unique<MainWindow>(*store);
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
         QApplication::setActiveWindow(window.get());
-    }
-
-    void TearDown() override
-    {
-        window.reset();
-        store.reset();
     }
 
     /// Empty files in the documents folder (the fake loader never reads them); returns their paths.
@@ -94,8 +100,7 @@ protected:
         for (const QString &name : names) {
             const QString path = docsFolder() + QLatin1Char('/') + name;
             QDir().mkpath(QFileInfo(path).absolutePath());
-            QFile file(path);
-            EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+            EXPECT_TRUE(writeFile(path, {}));
             paths.append(path);
         }
         return paths;
@@ -104,24 +109,27 @@ protected:
     QString docsFolder() const { return m_temp.filePath(QStringLiteral("docs")); }
     QString dataFolder() const { return m_temp.filePath(QStringLiteral("data")); }
 
+    /// Whether the batch holds documents and each is ready or failed.
+    bool allRead() const
+    {
+        return !store->docs().isEmpty() &&
+               std::all_of(store->docs().cbegin(), store->docs().cend(), [](const DocPtr &d) {
+                   return d->status().kind() == DocStatus::Ready || d->status().kind() == DocStatus::Failed;
+               });
+    }
+
     /// Adds the files and waits until every document is ready or failed.
     void addAndWait(const QStringList &names)
     {
         store->add(makeFiles(names));
-        ASSERT_TRUE(waitUntil([&] {
-            for (const DocPtr &d : store->docs()) {
-                const auto kind = d->status().kind();
-                if (kind != DocStatus::Ready && kind != DocStatus::Failed)
-                    return false;
-            }
-            return !store->docs().isEmpty();
-        }));
+        ASSERT_TRUE(waitUntil([&] { return allRead(); }));
         QApplication::processEvents();
     }
 
+private:
+    QTemporaryDir m_temp; // declared first: the window and store go before their folder
+
+protected:
     std::unique_ptr<Store> store;
     std::unique_ptr<MainWindow> window;
-
-private:
-    QTemporaryDir m_temp;
 };
