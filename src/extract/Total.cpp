@@ -1,4 +1,5 @@
-#include "Amounts.h"
+#include "Total.h"
+
 #include "Patterns.h"
 #include "Vocabulary.h"
 #include "model/Money.h"

@@ -1,6 +1,7 @@
 #include "TotalCheck.h"
 
 #include "Regex.h"
+#include "Total.h"
 #include "model/Money.h"
 
 #include <cmath>

@@ -1,5 +1,6 @@
 #include "extract/TotalCheck.h"
 #include "RowFixtures.h"
+#include "extract/Total.h"
 
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+#include "extract/Total.h"
 #include "RowFixtures.h"
 
 #include <gtest/gtest.h>
