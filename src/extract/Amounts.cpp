@@ -23,7 +23,7 @@ bool isRate(const QString &text, qsizetype end)
 QList<Amount> amountCandidates(const QString &text, RuleSet rules)
 {
     QList<Amount> amounts;
-    for (const Regex::Match &m : Patterns::moneyRx(rules).matchAll(text)) {
+    for (const Regex::Match &m : Patterns::amount(rules).matchAll(text)) {
         if (rules == RuleSet::Full && isRate(text, m.range().end()))
             continue;
         QString matched = m.captured(text);
@@ -65,7 +65,7 @@ std::optional<NearAmount> amountNear(const Scan &scan, qsizetype index)
     if (!own.isEmpty())
         return NearAmount{own.last().value, row.box(own.last().range), false};
 
-    if (const auto m = Patterns::trailingInt().match(row.text)) {
+    if (const auto m = Patterns::trailingInteger().match(row.text)) {
         const QString matched = m->captured(row.text);
         const auto value = Money::parse(matched);
         if (value && graphemeCount(row.text.trimmed()) >= graphemeCount(matched.trimmed()) + 3)

@@ -195,7 +195,7 @@ Field findCurrency(const QList<Row> &rows, RuleSet rules, const QLocale &locale)
             return *field;
         // Amounts without a mark: the user's own currency, as a guess to confirm.
         Field field = emptyField(QStringLiteral("currency"), QStringLiteral("Currency"));
-        if (Patterns::moneyRx(rules).contains(doc)) {
+        if (Patterns::amount(rules).contains(doc)) {
             field.value = locale.currencySymbol(QLocale::CurrencyIsoCode);
             field.confidence = field.value.isEmpty() ? 0 : 0.3;
         }

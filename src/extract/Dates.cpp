@@ -219,7 +219,7 @@ const DateHit *bestOfKind(const QList<DateHit> &hits, int kind)
 
 void fill(Field &field, const DateHit &hit)
 {
-    field.value = fmtDate(hit.date);
+    field.value = formatDate(hit.date);
     field.confidence = hit.conf;
     field.box = hit.box;
 }
@@ -254,17 +254,17 @@ std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale,
         const std::optional<int> days = termDays(doc, rules);
         const QDate termsDate = days ? issue->date.addDays(*days) : QDate();
         if (termsDate.isValid()) {
-            dueDate.value = fmtDate(termsDate);
+            dueDate.value = formatDate(termsDate);
             dueDate.confidence = 0.45;
         } else if (dueOnReceipt(rules).contains(doc)) {
-            dueDate.value = fmtDate(issue->date);
+            dueDate.value = formatDate(issue->date);
             dueDate.confidence = 0.5;
         }
     }
     return {date, dueDate};
 }
 
-QString fmtDate(const QDate &date)
+QString formatDate(const QDate &date)
 {
     return date.toString(Qt::ISODate);
 }

@@ -123,7 +123,7 @@ bool isSummary(const Row &row, RuleSet rules)
     if (summaryRow(rules).contains(row.text))
         return true;
     // The full rules also end the table at a subtotal in any wording ("Net amount", "Nettobetrag").
-    if (rules == RuleSet::Full && Patterns::subtotalRx(rules).contains(row.text))
+    if (rules == RuleSet::Full && Patterns::subtotalLabel(rules).contains(row.text))
         return true;
     return std::any_of(row.lines.begin(), row.lines.end(),
                        [rules](const TextLine &line) { return summaryRow(rules).contains(line.text); });

@@ -8,7 +8,7 @@
 
 namespace Patterns {
 
-const Regex &moneyRx(RuleSet rules)
+const Regex &amount(RuleSet rules)
 {
     static const Regex core(QStringLiteral(
         R"((?<![\d.,/])(?:[-(]?[$€£¥]?\s?(?:\d{1,3}(?:[,.]\d{3})+|\d+)[.,]\d{2}(?![\d]|[.,]\d)\)?|[$€£¥]\s?\d+(?![\d.,]\d)))"));
@@ -19,13 +19,13 @@ const Regex &moneyRx(RuleSet rules)
     return rules == RuleSet::Core ? core : full;
 }
 
-const Regex &trailingInt()
+const Regex &trailingInteger()
 {
     static const Regex rx(QStringLiteral(R"((?<![\d.,])\d{1,7}\s*$)"));
     return rx;
 }
 
-const Regex &subtotalRx(RuleSet rules)
+const Regex &subtotalLabel(RuleSet rules)
 {
     static const RulePattern rx(QStringLiteral(
         R"(sub\s*-?\s*total|net\s*(amount|total)|(total|amount)\s*(before|excl\w*)\s*(tax|vat){subtotal})"));
@@ -33,26 +33,26 @@ const Regex &subtotalRx(RuleSet rules)
 }
 
 // The header patterns' words stand between word boundaries, so the vocabularies' words join the group.
-const Regex &hdrDesc(RuleSet rules)
+const Regex &headerDescription(RuleSet rules)
 {
     static const RulePattern rx(QStringLiteral(
         R"(\b(description|item|items|product|service|details|particulars|article)\b{header.desc})"));
     return rx(rules);
 }
 
-const Regex &hdrQty(RuleSet rules)
+const Regex &headerQuantity(RuleSet rules)
 {
     static const RulePattern rx(QStringLiteral(R"(\b(qty|quantity|hours|hrs|units|pcs)\b{header.qty})"));
     return rx(rules);
 }
 
-const Regex &hdrPrice(RuleSet rules)
+const Regex &headerPrice(RuleSet rules)
 {
     static const RulePattern rx(QStringLiteral(R"(\b(price|rate|unit\s*(cost|price)|cost)\b{header.price})"));
     return rx(rules);
 }
 
-const Regex &hdrAmt(RuleSet rules)
+const Regex &headerAmount(RuleSet rules)
 {
     static const RulePattern rx(
         QStringLiteral(R"(\b(amount|total|line\s*total|ext|extended)\b{header.amount})"));
@@ -68,23 +68,24 @@ const Regex &dateOnly()
 bool isHeaderLike(const QString &text, RuleSet rules)
 {
     if (rules == RuleSet::Full) {
-        const int hits = int(hdrDesc(rules).contains(text)) + int(hdrQty(rules).contains(text)) +
-                         int(hdrPrice(rules).contains(text)) + int(hdrAmt(rules).contains(text));
+        const int hits = int(headerDescription(rules).contains(text)) +
+                         int(headerQuantity(rules).contains(text)) + int(headerPrice(rules).contains(text)) +
+                         int(headerAmount(rules).contains(text));
         return hits >= 2;
     }
     using W = QLatin1StringView;
     // Each header pattern needs one of its words; the cheap test spares most rows the patterns.
     const bool desc = mayContain(text, {W("descr"), W("item"), W("product"), W("service"), W("detail"),
                                         W("particular"), W("article")}) &&
-                      hdrDesc().contains(text);
+                      headerDescription().contains(text);
     const bool qty = mayContain(text, {W("qty"), W("quantit"), W("hour"), W("hrs"), W("unit"), W("pcs")}) &&
-                     hdrQty().contains(text);
+                     headerQuantity().contains(text);
     if (!desc && !qty && !mayContain(text, {W("price"), W("rate"), W("cost")}))
         return false;
     int hits = int(desc) + int(qty);
-    if (hits < 2 && mayContain(text, {W("price"), W("rate"), W("cost")}) && hdrPrice().contains(text))
+    if (hits < 2 && mayContain(text, {W("price"), W("rate"), W("cost")}) && headerPrice().contains(text))
         ++hits;
-    if (hits < 2 && mayContain(text, {W("amount"), W("total"), W("ext")}) && hdrAmt().contains(text))
+    if (hits < 2 && mayContain(text, {W("amount"), W("total"), W("ext")}) && headerAmount().contains(text))
         ++hits;
     return hits >= 2;
 }

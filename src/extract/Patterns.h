@@ -11,13 +11,13 @@ namespace Patterns {
 
 /// Amounts; the full rules also read groups of three digits split by a blank before a decimal comma
 /// ("1 234,56", as French invoices print them).
-const Regex &moneyRx(RuleSet rules = RuleSet::Core);
-const Regex &trailingInt();
-const Regex &subtotalRx(RuleSet rules = RuleSet::Core);
-const Regex &hdrDesc(RuleSet rules = RuleSet::Core);
-const Regex &hdrQty(RuleSet rules = RuleSet::Core);
-const Regex &hdrPrice(RuleSet rules = RuleSet::Core);
-const Regex &hdrAmt(RuleSet rules = RuleSet::Core);
+const Regex &amount(RuleSet rules = RuleSet::Core);
+const Regex &trailingInteger();
+const Regex &subtotalLabel(RuleSet rules = RuleSet::Core);
+const Regex &headerDescription(RuleSet rules = RuleSet::Core);
+const Regex &headerQuantity(RuleSet rules = RuleSet::Core);
+const Regex &headerPrice(RuleSet rules = RuleSet::Core);
+const Regex &headerAmount(RuleSet rules = RuleSet::Core);
 const Regex &dateOnly();
 
 /// True when at least two of the four table-header patterns match: the row looks like a table header.

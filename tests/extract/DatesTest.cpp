@@ -103,12 +103,12 @@ TEST(Dates, DocumentOrderFollowsUnambiguousDates)
 }
 
 // The date text is ASCII year-month-day whatever the default locale.
-TEST(Dates, FmtDateIgnoresLocale)
+TEST(Dates, FormatDateIgnoresLocale)
 {
     const QLocale saved;
     QLocale::setDefault(QLocale(QLocale::Arabic, QLocale::Egypt));
-    EXPECT_EQ(Extractor::fmtDate(QDate(2024, 3, 4)), QStringLiteral("2024-03-04"));
-    EXPECT_EQ(Extractor::fmtDate(QDate(999, 12, 31)), QStringLiteral("0999-12-31"));
+    EXPECT_EQ(Extractor::formatDate(QDate(2024, 3, 4)), QStringLiteral("2024-03-04"));
+    EXPECT_EQ(Extractor::formatDate(QDate(999, 12, 31)), QStringLiteral("0999-12-31"));
     QLocale::setDefault(saved);
 }
 
