@@ -26,7 +26,7 @@ std::optional<Amount> pairedAmount(const Scan &scan, qsizetype i)
     const QList<Amount> &amounts = scan.amounts[i];
     if (scan.rules != RuleSet::Full || amounts.size() < 2)
         return std::nullopt;
-    const auto label = Patterns::subtotalLabel(scan.rules).match(scan.rows[i].text);
+    const auto label = Patterns::shared().subtotalLabel(scan.rules).match(scan.rows[i].text);
     for (qsizetype a = 0; label && a + 1 < amounts.size(); ++a) {
         if (amounts[a].range.loc < label->range().end())
             continue;
@@ -44,14 +44,13 @@ std::optional<Amount> pairedAmount(const Scan &scan, qsizetype i)
 Field findSubtotal(const Scan &scan)
 {
     Field field = emptyField(QStringLiteral("subtotal"), QStringLiteral("Subtotal"));
+    const Regex &label = Patterns::shared().subtotalLabel(scan.rules);
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
-        if (!Patterns::subtotalLabel(scan.rules).contains(scan.rows[i].text))
+        if (!label.contains(scan.rows[i].text))
             continue;
         if (isColumnLabelRow(scan, i)) {
             for (const TextLine &line : scan.rows[i].lines) {
-                const auto near = Patterns::subtotalLabel(scan.rules).contains(line.text)
-                                      ? amountBelow(scan, i, line)
-                                      : std::nullopt;
+                const auto near = label.contains(line.text) ? amountBelow(scan, i, line) : std::nullopt;
                 if (near) {
                     field.value = Money::fixed2(near->value);
                     field.confidence = 0.78;
