@@ -1,27 +1,12 @@
 #include "extract/Reconcile.h"
+#include "RowFixtures.h"
 
 #include <gtest/gtest.h>
 
+using RowFixtures::items;
+using RowFixtures::money;
+
 namespace {
-
-Field money(const char *key, const char *value)
-{
-    Field f = emptyField(QString::fromLatin1(key), QString());
-    f.value = QString::fromLatin1(value);
-    f.confidence = value[0] ? 0.8 : 0.0;
-    return f;
-}
-
-QList<LineItem> items(std::initializer_list<const char *> amounts)
-{
-    QList<LineItem> list;
-    for (const char *a : amounts) {
-        LineItem item;
-        item.amount = QString::fromLatin1(a);
-        list.append(item);
-    }
-    return list;
-}
 
 struct ReconcileCase {
     const char *name;
@@ -37,7 +22,7 @@ class Reconcile : public ::testing::TestWithParam<ReconcileCase> {};
 TEST_P(Reconcile, FillsAndConfirms)
 {
     const ReconcileCase &c = GetParam();
-    Field s = money("subtotal", c.s), t = money("tax", c.t), T = money("total", c.T);
+    Field s = money(c.s), t = money(c.t), T = money(c.T);
     Extractor::reconcile(s, t, T, c.items);
     EXPECT_EQ(s.value.toStdString(), c.wantS);
     EXPECT_EQ(t.value.toStdString(), c.wantT);
