@@ -7,35 +7,32 @@ using RowFixtures::scan;
 
 namespace {
 
-// Separate tax lines add up; a tax-total row overrides them; exclusions never count.
-TEST(FindTax, SumsSeparateLinesPrefersTaxTotal)
+// Separate tax lines add up (boxed on the last); a tax-total row overrides them; exclusions never
+// count; a label in a later member line counts, but amounts only come from the label's own row.
+TEST(FindTax, ChoosesTheTaxRows)
 {
-    Field tax = Extractor::findTax(scan({{"Sales tax", "1.50"}, {"City tax", "0.50"}}));
-    EXPECT_EQ(tax.value, QStringLiteral("2.00"));
-    EXPECT_DOUBLE_EQ(tax.confidence, 0.6);
-    ASSERT_TRUE(tax.box);
-    EXPECT_NEAR(tax.box->rect.top(), 0.13, 1e-9); // the last hit, "0.50"
-
-    tax = Extractor::findTax(scan({{"Sales tax", "1.50"}, {"City tax", "0.50"}, {"Total tax", "2.00"}}));
-    EXPECT_EQ(tax.value, QStringLiteral("2.00"));
-    EXPECT_DOUBLE_EQ(tax.confidence, 0.88);
-
-    tax = Extractor::findTax(scan({{"VAT no. GB123456789", "12.00"}, {"Tax rate 8%", "3.00"}}));
-    EXPECT_TRUE(tax.value.isEmpty());
-    EXPECT_EQ(tax.confidence, 0.0);
-
-    tax = Extractor::findTax(scan({{"VAT 20%", "4.00"}}));
-    EXPECT_EQ(tax.value, QStringLiteral("4.00"));
-    EXPECT_DOUBLE_EQ(tax.confidence, 0.82);
-}
-
-// A label in a later member line counts; amounts only come from the label's own row.
-TEST(FindTax, LabelInMemberLineButNeverNextRow)
-{
-    Field tax = Extractor::findTax(scan({{"Thanks!", "GST", "0.70"}}));
-    EXPECT_EQ(tax.value, QStringLiteral("0.70"));
-    tax = Extractor::findTax(scan({{"Tax"}, {"8.00"}}));
-    EXPECT_TRUE(tax.value.isEmpty());
+    // clang-format off
+    const struct {
+        QList<QStringList> rows;
+        const char *value;
+        double confidence;
+    } cases[] = {
+        {{{"Sales tax", "1.50"}, {"City tax", "0.50"}}, "2.00", 0.6},
+        {{{"Sales tax", "1.50"}, {"City tax", "0.50"}, {"Total tax", "2.00"}}, "2.00", 0.88},
+        {{{"VAT no. GB123456789", "12.00"}, {"Tax rate 8%", "3.00"}}, "", 0},
+        {{{"VAT 20%", "4.00"}}, "4.00", 0.82},
+        {{{"Thanks!", "GST", "0.70"}}, "0.70", 0.82},
+        {{{"Tax"}, {"8.00"}}, "", 0},
+    };
+    // clang-format on
+    for (const auto &c : cases) {
+        const Field tax = Extractor::findTax(scan(c.rows));
+        EXPECT_EQ(tax.value, QString::fromLatin1(c.value)) << c.rows.first().join(" | ").toStdString();
+        EXPECT_DOUBLE_EQ(tax.confidence, c.confidence) << c.rows.first().join(" | ").toStdString();
+    }
+    const Field summed = Extractor::findTax(scan({{"Sales tax", "1.50"}, {"City tax", "0.50"}}));
+    ASSERT_TRUE(summed.box);
+    EXPECT_NEAR(summed.box->rect.top(), 0.13, 1e-9);
 }
 
 } // namespace
