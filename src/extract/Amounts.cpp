@@ -10,6 +10,13 @@ namespace Extractor {
 
 namespace {
 
+// A bare number ending a row ("Total  12"), read where the row holds no amount.
+const Regex &trailingInteger()
+{
+    static const Regex rx(QStringLiteral(R"((?<![\d.,])\d{1,7}\s*$)"));
+    return rx;
+}
+
 // A number followed by a percent sign is a rate, not an amount ("zzgl. 19,00% MwSt.").
 bool isRate(const QString &text, qsizetype end)
 {
@@ -23,7 +30,7 @@ bool isRate(const QString &text, qsizetype end)
 QList<Amount> amountCandidates(const QString &text, RuleSet rules)
 {
     QList<Amount> amounts;
-    for (const Regex::Match &m : Patterns::moneyRx(rules).matchAll(text)) {
+    for (const Regex::Match &m : Patterns::shared().amount(rules).matchAll(text)) {
         if (rules == RuleSet::Full && isRate(text, m.range().end()))
             continue;
         QString matched = m.captured(text);
@@ -65,7 +72,7 @@ std::optional<NearAmount> amountNear(const Scan &scan, qsizetype index)
     if (!own.isEmpty())
         return NearAmount{own.last().value, row.box(own.last().range), false};
 
-    if (const auto m = Patterns::trailingInt().match(row.text)) {
+    if (const auto m = trailingInteger().match(row.text)) {
         const QString matched = m->captured(row.text);
         const auto value = Money::parse(matched);
         if (value && graphemeCount(row.text.trimmed()) >= graphemeCount(matched.trimmed()) + 3)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "model/Field.h"
 #include "model/Row.h"
 #include "model/RuleSet.h"
 
@@ -22,7 +21,7 @@ struct Scan {
     RuleSet rules = RuleSet::Core; ///< the rules the amounts were read with, and every finder follows
 };
 
-/// Every `moneyRx` match of the text that Money::parse accepts, left to right.
+/// Every amount-pattern match of the text that Money::parse accepts, left to right.
 QList<Amount> amountCandidates(const QString &text, RuleSet rules = RuleSet::Core);
 Scan scanRows(QList<Row> rows, RuleSet rules = RuleSet::Core);
 
@@ -46,23 +45,5 @@ std::optional<NearAmount> amountBelow(const Scan &scan, qsizetype index, const T
 /// Whether the full rules read row `index` as column labels over their amounts: several lines, no
 /// amount, not a table header.
 bool isColumnLabelRow(const Scan &scan, qsizetype index);
-
-/// A labelled total found by the full rules.
-struct TotalCandidate {
-    double value = 0;
-    double confidence = 0; ///< what findTotal gives it when it is chosen
-    PageBox box;
-    qsizetype row = 0; ///< index in Scan::rows
-};
-
-/// The full rules' labelled totals, top to bottom. Receipts add to the base labels: rows noting the tax
-/// included, counting stamps, breaking the total down by tax rate, cash and change rows, and a summary
-/// table's "Total net tax" row are no totals; a rounded total is a strong one; a rounding adjustment
-/// below 1 gives the strongest total above it plus the adjustment.
-QList<TotalCandidate> totalCandidates(const Scan &scan);
-
-/// The grand total: the best labelled total (later rows win ties), or else the largest amount at low
-/// confidence.
-Field findTotal(const Scan &scan);
 
 } // namespace Extractor

@@ -12,13 +12,33 @@ namespace Extractor {
 
 namespace {
 
-// Upper case only: "usd" in running text is more often a word fragment than a currency.
-const Regex &codeRx()
-{
-    static const Regex rx(
+struct CurrencyPatterns {
+    // Upper case only: "usd" in running text is more often a word fragment than a currency.
+    Regex code{
         QStringLiteral(R"(\b(USD|EUR|GBP|CAD|AUD|NZD|JPY|CHF|INR|CNY|MXN|SEK|NOK|DKK|SGD|HKD|BRL|ZAR)\b)"),
-        false);
-    return rx;
+        false};
+    // The full rules' codes: the base ones and those of the places the local symbols below belong to.
+    Regex fullCode{QStringLiteral(R"(\b(USD|EUR|GBP|CAD|AUD|NZD|JPY|CHF|INR|CNY|MXN|SEK|NOK|DKK|SGD|HKD|)"
+                                  R"(BRL|ZAR|MYR|PLN|IDR|THB|ISK|CZK|HUF)\b)"),
+                   false};
+    // A currency mark written next to an amount, before ("RM 12.50", "S$4", "€ 3") or after it ("12,50 zł",
+    // "95 kr"), or as a column's unit in brackets ("Amount (RM)"). Letters around it are not allowed, so a
+    // word holding "RM" or "kr" is no mark; case matters for the same reason. Two blanks may separate it
+    // from the amount, as a row joins its cells with two.
+    Regex mark{QStringLiteral(
+                   R"((?<![\p{L}\d$])(RM|Rs\.?|₹|S\$|A\$|AU\$|C\$|CA\$|NZ\$|HK\$|US\$|CHF|zł|kr|€|£|¥|\$))"
+                   R"((?:\s{0,2}(?=[-(]?\d)|(?=\)))|(?<=\d)\s{0,2}(zł|kr|€|RM|CHF)(?![\p{L}]))"),
+               false};
+    // A seller's legal form that exists in one currency's country only.
+    Regex legalForm{QStringLiteral(R"(\b(?:(sdn\.?\s*bhd|bhd)|(pte\.?\s*ltd)|(pvt\.?\s*ltd)|)"
+                                   R"((pty\.?\s*ltd)|(sp\.\s*z\s*o\.\s*o))\b)")};
+};
+
+// Compiled together once per process, on first use.
+const CurrencyPatterns &patterns()
+{
+    static const CurrencyPatterns compiled;
+    return compiled;
 }
 
 struct Symbol {
@@ -46,41 +66,9 @@ std::optional<PageBox> firstBox(const QString &token, const QList<Row> &rows)
     return std::nullopt;
 }
 
-// The full rules' codes: the base ones and those of the places the local symbols below belong to.
-const Regex &fullCodeRx()
-{
-    static const Regex rx(
-        QStringLiteral(R"(\b(USD|EUR|GBP|CAD|AUD|NZD|JPY|CHF|INR|CNY|MXN|SEK|NOK|DKK|SGD|HKD|)"
-                       R"(BRL|ZAR|MYR|PLN|IDR|THB|ISK|CZK|HUF)\b)"),
-        false);
-    return rx;
-}
-
 // How strongly a mark names the currency; a stronger kind wins whatever the counts. A lone $ or kr
 // names a dozen currencies, a legal form found in one country only names one.
 enum class Strength { LoneMark = 1, LegalForm = 2, Local = 3, Code = 4 };
-
-// A currency mark written next to an amount, before ("RM 12.50", "S$4", "€ 3") or after it ("12,50 zł",
-// "95 kr"), or as a column's unit in brackets ("Amount (RM)"). Letters around it are not allowed, so a
-// word holding "RM" or "kr" is no mark; case matters for the same reason. Two blanks may separate it
-// from the amount, as a row joins its cells with two.
-const Regex &markRx()
-{
-    static const Regex rx(
-        QStringLiteral(
-            R"((?<![\p{L}\d$])(RM|Rs\.?|₹|S\$|A\$|AU\$|C\$|CA\$|NZ\$|HK\$|US\$|CHF|zł|kr|€|£|¥|\$))"
-            R"((?:\s{0,2}(?=[-(]?\d)|(?=\)))|(?<=\d)\s{0,2}(zł|kr|€|RM|CHF)(?![\p{L}]))"),
-        false);
-    return rx;
-}
-
-// A seller's legal form that exists in one currency's country only.
-const Regex &legalFormRx()
-{
-    static const Regex rx(QStringLiteral(R"(\b(?:(sdn\.?\s*bhd|bhd)|(pte\.?\s*ltd)|(pvt\.?\s*ltd)|)"
-                                         R"((pty\.?\s*ltd)|(sp\.\s*z\s*o\.\s*o))\b)"));
-    return rx;
-}
 
 // The locale's currency when its symbol is a dollar (AUD in en_AU), else USD.
 QString dollarOf(const QLocale &locale)
@@ -132,18 +120,19 @@ struct Evidence {
 // lone dollar or crown; counts decide within one strength, the first seen on a tie.
 std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &locale)
 {
+    const CurrencyPatterns &p = patterns();
     QList<Evidence> found;
     for (const Row &row : rows) {
-        for (const Regex::Match &m : fullCodeRx().matchAll(row.text))
+        for (const Regex::Match &m : p.fullCode.matchAll(row.text))
             found.append(Evidence{m.captured(row.text, 1), Strength::Code, row.box(m.range(1))});
-        for (const Regex::Match &m : markRx().matchAll(row.text)) {
+        for (const Regex::Match &m : p.mark.matchAll(row.text)) {
             const int group = m.has(1) ? 1 : 2;
             const QString mark = m.captured(row.text, group);
             const bool lone = mark == QLatin1String("$") || mark == QLatin1String("kr");
             found.append(Evidence{codeOfMark(mark, locale), lone ? Strength::LoneMark : Strength::Local,
                                   row.box(m.range(group))});
         }
-        for (const Regex::Match &m : legalFormRx().matchAll(row.text)) {
+        for (const Regex::Match &m : p.legalForm.matchAll(row.text)) {
             static const std::array<const char *, 5> codes{"MYR", "SGD", "INR", "AUD", "PLN"};
             for (int g = 1; g <= 5; ++g) {
                 if (m.has(g))
@@ -195,7 +184,7 @@ Field findCurrency(const QList<Row> &rows, RuleSet rules, const QLocale &locale)
             return *field;
         // Amounts without a mark: the user's own currency, as a guess to confirm.
         Field field = emptyField(QStringLiteral("currency"), QStringLiteral("Currency"));
-        if (Patterns::moneyRx(rules).contains(doc)) {
+        if (Patterns::shared().amount(rules).contains(doc)) {
             field.value = locale.currencySymbol(QLocale::CurrencyIsoCode);
             field.confidence = field.value.isEmpty() ? 0 : 0.3;
         }
@@ -207,7 +196,7 @@ Field findCurrency(const QList<Row> &rows, RuleSet rules, const QLocale &locale)
     // Codes, most frequent first; equal counts go to the code seen first in the document.
     QList<QString> order;
     QHash<QString, int> counts;
-    for (const Regex::Match &m : codeRx().matchAll(doc)) {
+    for (const Regex::Match &m : patterns().code.matchAll(doc)) {
         const QString code = m.captured(doc, 1);
         if (!counts.contains(code))
             order.append(code);

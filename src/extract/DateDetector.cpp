@@ -28,31 +28,23 @@ constexpr QLatin1StringView yearPart(R"((?:[\s.,/\-']*{yearlead}(\d{4}|\d{2})(?!
 constexpr QLatin1StringView
     dayPart(R"((\d{1,2})(?:st|nd|rd|th{ordinals})?(?!\p{N})(?:\s+(?:of{dayof}))?[\s.,/\-]*)");
 
-// The pattern text of one date form under `rules`: placeholders filled from the vocabularies (full) or
-// dropped (core).
-QString datePattern(QString pattern, RuleSet rules)
+// One date form under both rule sets: the placeholders below filled (full rules) or dropped (core rules);
+// RulePattern fills the full pattern's vocabulary placeholders.
+RulePattern datePattern(const QString &pattern)
 {
-    const bool full = rules == RuleSet::Full;
-    pattern.replace(QLatin1String("{yearlead}"), full ? QLatin1String("(?:del?\\s+)?") : QLatin1String());
-    pattern.replace(QLatin1String("{ordinals}"), full ? QLatin1String("|er|e") : QLatin1String());
-    pattern.replace(QLatin1String("{dayof}"), full ? QLatin1String("|de|del") : QLatin1String());
-    return Vocabulary::expand(pattern, rules);
+    const auto fill = [&pattern](RuleSet rules) {
+        const bool full = rules == RuleSet::Full;
+        QString filled = pattern;
+        filled.replace(QLatin1String("{yearlead}"), full ? QLatin1String("(?:del?\\s+)?") : QLatin1String());
+        filled.replace(QLatin1String("{ordinals}"), full ? QLatin1String("|er|e") : QLatin1String());
+        filled.replace(QLatin1String("{dayof}"), full ? QLatin1String("|de|del") : QLatin1String());
+        return filled;
+    };
+    return RulePattern(Vocabulary::expand(fill(RuleSet::Core), RuleSet::Core), fill(RuleSet::Full));
 }
+
 // Nothing that belongs to a word or number before the expression.
 constexpr QLatin1StringView standAlone(R"((?<![\p{L}\p{N}]))");
-
-// Three numbers joined by one repeated separator, standing alone: not inside an identifier
-// ("INV-03-04-2024"), a longer number or a longer run with the same separator ("1.2.3.4"), nor after
-// a "+" (phone). A different separator may join two dates ("01.05.14-31.05.14"); the one before the
-// date is checked in code, as a look-behind cannot refer to the captured separator. A following "T"
-// and digit (an ISO time) is allowed.
-const Regex &numericRx()
-{
-    static const Regex rx(
-        QStringLiteral(R"((?<![\p{L}\p{N}_+])(?<!\p{L}[/\-])(\d{1,4})([/.\-])(\d{1,2})\2(\d{1,4}))"
-                       R"((?!\p{N})(?!\2\p{N})(?!(?!T\d)[\p{L}_]))"));
-    return rx;
-}
 
 // Whether the date continues a run of numbers joined by its own separator ("1.2" before ".3.2024").
 bool continuesRun(const QString &text, qsizetype start, QChar separator)
@@ -60,29 +52,27 @@ bool continuesRun(const QString &text, qsizetype start, QChar separator)
     return start >= 2 && text[start - 1] == separator && text[start - 2].isDigit();
 }
 
-// Day before the month: "5 Mar 2024", "05-Mar-24", "5th of March", "Tue, 5 Mar 2024".
-const Regex &dayMonthRx(RuleSet rules)
-{
-    static const auto pattern = [](RuleSet r) {
-        return datePattern(QString(standAlone) + weekdayPart + dayPart + monthPart + yearPart, r);
-    };
-    static const Regex core(pattern(RuleSet::Core));
-    static const Regex full(pattern(RuleSet::Full));
-    return rules == RuleSet::Core ? core : full;
-}
+struct DatePatterns {
+    // Three numbers joined by one repeated separator, standing alone: not inside an identifier
+    // ("INV-03-04-2024"), a longer number or a longer run with the same separator ("1.2.3.4"), nor after
+    // a "+" (phone). A different separator may join two dates ("01.05.14-31.05.14"); the one before the
+    // date is checked in code, as a look-behind cannot refer to the captured separator. A following "T"
+    // and digit (an ISO time) is allowed.
+    Regex numeric{QStringLiteral(R"((?<![\p{L}\p{N}_+])(?<!\p{L}[/\-])(\d{1,4})([/.\-])(\d{1,2})\2(\d{1,4}))"
+                                 R"((?!\p{N})(?!\2\p{N})(?!(?!T\d)[\p{L}_]))")};
+    // Day before the month: "5 Mar 2024", "05-Mar-24", "5th of March", "Tue, 5 Mar 2024".
+    RulePattern dayMonth = datePattern(QString(standAlone) + weekdayPart + dayPart + monthPart + yearPart);
+    // Month before the day: "March 5, 2024", "Mar 5 2024", "Sept. 3rd", "Tuesday March 5".
+    RulePattern monthDay =
+        datePattern(QString(standAlone) + weekdayPart + monthPart +
+                    QLatin1StringView(R"([\s.,/\-]*(\d{1,2})(?:st|nd|rd|th)?(?!\p{N}))") + yearPart);
+};
 
-// Month before the day: "March 5, 2024", "Mar 5 2024", "Sept. 3rd", "Tuesday March 5".
-const Regex &monthDayRx(RuleSet rules)
+// Compiled together once per process, on first use.
+const DatePatterns &patterns()
 {
-    static const auto pattern = [](RuleSet r) {
-        return datePattern(QString(standAlone) + weekdayPart + monthPart +
-                               QLatin1StringView(R"([\s.,/\-]*(\d{1,2})(?:st|nd|rd|th)?(?!\p{N}))") +
-                               yearPart,
-                           r);
-    };
-    static const Regex core(pattern(RuleSet::Core));
-    static const Regex full(pattern(RuleSet::Full));
-    return rules == RuleSet::Core ? core : full;
+    static const DatePatterns compiled;
+    return compiled;
 }
 
 // 1…12 for a month name or abbreviation, 0 for none: English by its first three letters, the
@@ -119,7 +109,7 @@ QDate makeDate(int year, int month, int day)
 
 void addNumeric(const QString &text, Order order, QList<Match> &out)
 {
-    for (const Regex::Match &m : numericRx().matchAll(text)) {
+    for (const Regex::Match &m : patterns().numeric.matchAll(text)) {
         const QString first = m.captured(text, 1);
         const QString second = m.captured(text, 3);
         const QString third = m.captured(text, 4);
@@ -188,8 +178,8 @@ QList<Match> find(const QString &text, Order order, const QDate &today, RuleSet 
         return all;
     addNumeric(text, order, all);
     if (hasMonthWord(text, rules)) {
-        addNamed(text, dayMonthRx(rules), 1, 2, today, rules, all);
-        addNamed(text, monthDayRx(rules), 2, 1, today, rules, all);
+        addNamed(text, patterns().dayMonth(rules), 1, 2, today, rules, all);
+        addNamed(text, patterns().monthDay(rules), 2, 1, today, rules, all);
     }
     std::stable_sort(all.begin(), all.end(), [](const Match &a, const Match &b) {
         return a.range.start != b.range.start ? a.range.start < b.range.start

@@ -15,75 +15,50 @@ namespace {
 
 using DateDetector::Order;
 
-// The vocabularies' labels come first: "Date d'échéance" is one due label, not the issue label "Date".
-const Regex &dateLabel(RuleSet rules)
-{
+struct DatePatterns {
+    // The vocabularies' labels come first: "Date d'échéance" is one due label, not the issue label "Date".
     // The full rules want "date" as a word of its own: German "Daten" (data) is no label.
-    static const RulePattern rx(
+    RulePattern dateLabel{
         QStringLiteral(R"(due\s*date|payment\s*due|pay(?:able)?\s*by|\bdue\b|)"
                        R"((?:invoice|issue|order|billing|bill|receipt|purchase)?\s*date|issued|dated)"),
         QStringLiteral(
             R"({date.due|}{date.issue|}due\s*date|payment\s*due|pay(?:able)?\s*by|\bdue\b|)"
-            R"((?:invoice|issue|order|billing|bill|receipt|purchase)?\s*date(?!\p{L})|issued|dated)"));
-    return rx(rules);
-}
-
-// A vocabulary label that names a due date.
-const Regex &dueWords(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(R"((?!){date.due})"));
-    return rx(rules);
-}
-
-// The only filter against spurious detections: weekday names, relative words and bare times have no
-// digits beside a month or three numeric parts.
-const Regex &dateShape(RuleSet rules)
-{
-    static const RulePattern rx(
+            R"((?:invoice|issue|order|billing|bill|receipt|purchase)?\s*date(?!\p{L})|issued|dated)")};
+    // A vocabulary label that names a due date.
+    RulePattern dueWords{QStringLiteral(R"((?!){date.due})")};
+    // The only filter against spurious detections: weekday names, relative words and bare times have no
+    // digits beside a month or three numeric parts.
+    RulePattern dateShape{
         QStringLiteral(
             R"(\d{1,4}[/.\-]\d{1,2}[/.\-]\d{1,4}|(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec)[a-z]*\.?\s+\d{1,2}|)"
             R"(\d{1,2}(?:st|nd|rd|th)?\s+(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec))"),
         QStringLiteral(
             R"(\d{1,4}[/.\-]\d{1,2}[/.\-]\d{1,4}|(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec{months})\p{L}*\.?\s+\d{1,2}|)"
-            R"(\d{1,2}(?:st|nd|rd|th|er|e)?\.?\s+(?:de\s+)?(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec{months}))"));
-    return rx(rules);
-}
+            R"(\d{1,2}(?:st|nd|rd|th|er|e)?\.?\s+(?:de\s+)?(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec{months}))")};
+    Regex netTerms{QStringLiteral(R"(\bnet\s*(\d{1,3})\b)")};
+    // Payment terms in other languages: "zahlbar innerhalb von 14 Tagen", "30 jours net".
+    RulePattern termsWithin{QStringLiteral(R"((?:(?!){terms.within})\s*(\d{1,3})\s*(?:(?!){terms.days}))")};
+    RulePattern termsNet{
+        QStringLiteral(R"((?<![\d.,])(\d{1,3})\s*(?:(?!){terms.days})\s*(?:(?!){terms.net}))")};
+    RulePattern dueOnReceipt{QStringLiteral(R"(due\s*(?:on|upon)\s*receipt{terms.immediate})")};
+};
 
-const Regex &netTerms()
+// Compiled together once per process, on first use.
+const DatePatterns &patterns()
 {
-    static const Regex rx(QStringLiteral(R"(\bnet\s*(\d{1,3})\b)"));
-    return rx;
-}
-
-// Payment terms in other languages: "zahlbar innerhalb von 14 Tagen", "30 jours net".
-const Regex &termsWithin(RuleSet rules)
-{
-    static const RulePattern rx(
-        QStringLiteral(R"((?:(?!){terms.within})\s*(\d{1,3})\s*(?:(?!){terms.days}))"));
-    return rx(rules);
-}
-
-const Regex &termsNet(RuleSet rules)
-{
-    static const RulePattern rx(
-        QStringLiteral(R"((?<![\d.,])(\d{1,3})\s*(?:(?!){terms.days})\s*(?:(?!){terms.net}))"));
-    return rx(rules);
-}
-
-const Regex &dueOnReceipt(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(R"(due\s*(?:on|upon)\s*receipt{terms.immediate})"));
-    return rx(rules);
+    static const DatePatterns compiled;
+    return compiled;
 }
 
 // The days of the document's payment terms, if it states them.
 std::optional<int> termDays(const QString &doc, RuleSet rules)
 {
-    std::optional<Regex::Match> m = netTerms().match(doc);
+    const DatePatterns &p = patterns();
+    std::optional<Regex::Match> m = p.netTerms.match(doc);
     if (!m && rules == RuleSet::Full)
-        m = termsWithin(rules).match(doc);
+        m = p.termsWithin(rules).match(doc);
     if (!m && rules == RuleSet::Full)
-        m = termsNet(rules).match(doc);
+        m = p.termsNet(rules).match(doc);
     bool parsed = false;
     const int days = m ? m->captured(doc, 1).toInt(&parsed) : 0;
     return parsed ? std::optional<int>(days) : std::nullopt;
@@ -113,7 +88,7 @@ RowDates detectDates(const QList<Row> &rows, Order order, const QDate &today, Ru
     for (const Row &row : rows) {
         QList<DateDetector::Match> dates;
         for (const DateDetector::Match &m : DateDetector::find(row.text, order, today, rules)) {
-            if (dateShape(rules).contains(row.text.mid(m.range.start, m.range.length)))
+            if (patterns().dateShape(rules).contains(row.text.mid(m.range.start, m.range.length)))
                 dates.append(m);
         }
         all.append(dates);
@@ -168,10 +143,10 @@ QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, Rul
             continue;
         }
         QList<LabelMark> marks;
-        for (const Regex::Match &m : dateLabel(rules).matchAll(row.text)) {
+        for (const Regex::Match &m : patterns().dateLabel(rules).matchAll(row.text)) {
             const QString label = m.captured(row.text).toLower();
             const bool due = label.contains(QLatin1String("due")) || label.contains(QLatin1String("by")) ||
-                             (rules == RuleSet::Full && dueWords(rules).contains(label));
+                             (rules == RuleSet::Full && patterns().dueWords(rules).contains(label));
             marks.append(LabelMark{m.range().start, due ? Due : Issue});
         }
         for (qsizetype i = 0; i < dates.size(); ++i) {
@@ -219,7 +194,7 @@ const DateHit *bestOfKind(const QList<DateHit> &hits, int kind)
 
 void fill(Field &field, const DateHit &hit)
 {
-    field.value = fmtDate(hit.date);
+    field.value = formatDate(hit.date);
     field.confidence = hit.conf;
     field.box = hit.box;
 }
@@ -254,17 +229,17 @@ std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale,
         const std::optional<int> days = termDays(doc, rules);
         const QDate termsDate = days ? issue->date.addDays(*days) : QDate();
         if (termsDate.isValid()) {
-            dueDate.value = fmtDate(termsDate);
+            dueDate.value = formatDate(termsDate);
             dueDate.confidence = 0.45;
-        } else if (dueOnReceipt(rules).contains(doc)) {
-            dueDate.value = fmtDate(issue->date);
+        } else if (patterns().dueOnReceipt(rules).contains(doc)) {
+            dueDate.value = formatDate(issue->date);
             dueDate.confidence = 0.5;
         }
     }
     return {date, dueDate};
 }
 
-QString fmtDate(const QDate &date)
+QString formatDate(const QDate &date)
 {
     return date.toString(Qt::ISODate);
 }

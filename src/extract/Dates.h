@@ -22,6 +22,6 @@ std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale,
                                   RuleSet rules = RuleSet::Core);
 
 /// The field form of a date: "yyyy-MM-dd" in ASCII digits, whatever the user's locale.
-QString fmtDate(const QDate &date);
+QString formatDate(const QDate &date);
 
 } // namespace Extractor

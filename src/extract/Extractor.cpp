@@ -7,8 +7,10 @@
 #include "LineItems.h"
 #include "Number.h"
 #include "Patterns.h"
+#include "Reconcile.h"
 #include "Rows.h"
 #include "Tax.h"
+#include "Total.h"
 #include "TotalCheck.h"
 #include "Vendor.h"
 #include "model/Money.h"
@@ -24,7 +26,7 @@ std::optional<Amount> pairedAmount(const Scan &scan, qsizetype i)
     const QList<Amount> &amounts = scan.amounts[i];
     if (scan.rules != RuleSet::Full || amounts.size() < 2)
         return std::nullopt;
-    const auto label = Patterns::subtotalRx(scan.rules).match(scan.rows[i].text);
+    const auto label = Patterns::shared().subtotalLabel(scan.rules).match(scan.rows[i].text);
     for (qsizetype a = 0; label && a + 1 < amounts.size(); ++a) {
         if (amounts[a].range.start < label->range().end())
             continue;
@@ -42,14 +44,13 @@ std::optional<Amount> pairedAmount(const Scan &scan, qsizetype i)
 Field findSubtotal(const Scan &scan)
 {
     Field field = emptyField(QStringLiteral("subtotal"), QStringLiteral("Subtotal"));
+    const Regex &label = Patterns::shared().subtotalLabel(scan.rules);
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
-        if (!Patterns::subtotalRx(scan.rules).contains(scan.rows[i].text))
+        if (!label.contains(scan.rows[i].text))
             continue;
         if (isColumnLabelRow(scan, i)) {
             for (const TextLine &line : scan.rows[i].lines) {
-                const auto near = Patterns::subtotalRx(scan.rules).contains(line.text)
-                                      ? amountBelow(scan, i, line)
-                                      : std::nullopt;
+                const auto near = label.contains(line.text) ? amountBelow(scan, i, line) : std::nullopt;
                 if (near) {
                     field.value = Money::twoDecimals(near->value);
                     field.confidence = 0.78;

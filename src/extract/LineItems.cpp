@@ -10,65 +10,37 @@ namespace Extractor {
 
 namespace {
 
-const Regex &summaryRow(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(
+struct ItemPatterns {
+    RulePattern summaryRow{QStringLiteral(
         R"(^\W*(sub\s*-?\s*total|total|grand\s*total|balance|amount\s*due|tax|vat|gst|hst|discount|shipping|)"
-        R"(freight|payment|paid|change|cash|visa|mastercard|amex|card|tip|thank|due|net\s*(30|60|15){summary})\b)"));
-    return rx(rules);
-}
+        R"(freight|payment|paid|change|cash|visa|mastercard|amex|card|tip|thank|due|net\s*(30|60|15){summary})\b)")};
+    // A quantity ending the text before the amounts ("Widget 2 pcs").
+    RulePattern quantityTail{QStringLiteral(
+        R"((?:^|\s)(\d+(?:[.,]\d+)?)\s*(?:x|×|@|pcs|ea|each|hrs?|hours?|units?{units})?\s*[$€£¥]?\s*$)")};
+    // A unit word in front of a description ("Stk. Beratung"), left over where the quantity came first.
+    RulePattern unitHead{QStringLiteral(R"(^\s*(?:(?!){units})\s*)")};
+    Regex indexOnly{QStringLiteral(R"(^\d{1,3}(?:[.)]\d{0,2})?$)")};
+    // A quantity starting the text before the amounts ("3 x Coffee").
+    RulePattern quantityHead{QStringLiteral(R"(^\s*(\d{1,3})\s*(?:x|×)?\s+(?=[A-Za-z]))"),
+                             QStringLiteral(R"(^\s*(\d{1,3})\s*(?:x|×)?\s+(?=\p{L}))")};
+    Regex indexHead{QStringLiteral(R"(^\s*\d{1,3}[.)]?\s+(?=[A-Za-z]))")};
+    Regex metaWords{QStringLiteral(
+        R"(\b(date|invoice|phone|tel|fax|table|server|cashier|card|ref|www|account|acct|page|balance)\b|@)")};
+    Regex whitespaceRun{QStringLiteral(R"(\s{2,})")};
+};
 
-const Regex &qtyTail(RuleSet rules)
+// Compiled together once per process, on first use.
+const ItemPatterns &patterns()
 {
-    static const RulePattern rx(QStringLiteral(
-        R"((?:^|\s)(\d+(?:[.,]\d+)?)\s*(?:x|×|@|pcs|ea|each|hrs?|hours?|units?{units})?\s*[$€£¥]?\s*$)"));
-    return rx(rules);
-}
-
-// A unit word in front of a description ("Stk. Beratung"), left over where the quantity came first.
-const Regex &leadUnit(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(R"(^\s*(?:(?!){units})\s*)"));
-    return rx(rules);
-}
-
-const Regex &indexOnly()
-{
-    static const Regex rx(QStringLiteral(R"(^\d{1,3}(?:[.)]\d{0,2})?$)"));
-    return rx;
-}
-
-const Regex &leadQty(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(R"(^\s*(\d{1,3})\s*(?:x|×)?\s+(?=[A-Za-z]))"),
-                                QStringLiteral(R"(^\s*(\d{1,3})\s*(?:x|×)?\s+(?=\p{L}))"));
-    return rx(rules);
-}
-
-const Regex &leadIdx()
-{
-    static const Regex rx(QStringLiteral(R"(^\s*\d{1,3}[.)]?\s+(?=[A-Za-z]))"));
-    return rx;
-}
-
-const Regex &metaWords()
-{
-    static const Regex rx(QStringLiteral(
-        R"(\b(date|invoice|phone|tel|fax|table|server|cashier|card|ref|www|account|acct|page|balance)\b|@)"));
-    return rx;
-}
-
-const Regex &whitespaceRun()
-{
-    static const Regex rx(QStringLiteral(R"(\s{2,})"));
-    return rx;
+    static const ItemPatterns compiled;
+    return compiled;
 }
 
 QString collapseWhitespace(const QString &text)
 {
     QString out;
     qsizetype from = 0;
-    for (const Regex::Match &m : whitespaceRun().matchAll(text)) {
+    for (const Regex::Match &m : patterns().whitespaceRun.matchAll(text)) {
         out += QStringView(text).mid(from, m.range().start - from);
         out += u' ';
         from = m.range().end();
@@ -120,13 +92,14 @@ bool isSummary(const Row &row, RuleSet rules)
                        W("change"), W("cash"),     W("visa"),     W("mastercard"), W("amex"), W("card"),
                        W("tip"),    W("thank"),    W("due"),      W("net")}))
         return false;
-    if (summaryRow(rules).contains(row.text))
+    const Regex &summary = patterns().summaryRow(rules);
+    if (summary.contains(row.text))
         return true;
     // The full rules also end the table at a subtotal in any wording ("Net amount", "Nettobetrag").
-    if (rules == RuleSet::Full && Patterns::subtotalRx(rules).contains(row.text))
+    if (rules == RuleSet::Full && Patterns::shared().subtotalLabel(rules).contains(row.text))
         return true;
     return std::any_of(row.lines.begin(), row.lines.end(),
-                       [rules](const TextLine &line) { return summaryRow(rules).contains(line.text); });
+                       [&summary](const TextLine &line) { return summary.contains(line.text); });
 }
 
 // The full rules read a quantity printed as the row's first amount, before the description
@@ -140,12 +113,12 @@ std::optional<double> leadingQuantity(const Row &row, QList<Amount> &amounts, QS
     const qsizetype afterFirst = amounts[0].range.end();
     const QString between = row.text.mid(afterFirst, amounts[1].range.start - afterFirst);
     const double value = amounts[0].value;
-    if ((!before.isEmpty() && !indexOnly().contains(before)) || letterCount(between) < 2 || value <= 0 ||
-        value >= 100000)
+    if ((!before.isEmpty() && !patterns().indexOnly.contains(before)) || letterCount(between) < 2 ||
+        value <= 0 || value >= 100000)
         return std::nullopt;
     amounts.removeFirst();
     head = between.trimmed();
-    if (const auto unit = leadUnit(rules).match(head))
+    if (const auto unit = patterns().unitHead(rules).match(head))
         head = head.mid(unit->range().end()).trimmed();
     return value;
 }
@@ -165,7 +138,7 @@ std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool ha
     std::optional<double> quantity = leadingQuantity(row, amounts, head, rules);
     QString description = head;
     bool quantityFromTail = false;
-    if (const auto m = quantity ? std::nullopt : qtyTail(rules).match(head)) {
+    if (const auto m = quantity ? std::nullopt : patterns().quantityTail(rules).match(head)) {
         const QString rest = head.left(m->range().start).trimmed();
         const auto value = Money::parse(m->captured(head, 1));
         if (hasLetter(rest) && value && *value > 0 && *value < 100000) {
@@ -175,21 +148,21 @@ std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool ha
         }
     }
     if (!quantity && !hasHeader) {
-        if (const auto m = leadQty(rules).match(head)) {
+        if (const auto m = patterns().quantityHead(rules).match(head)) {
             quantity = m->captured(head, 1).toDouble();
             description = head.mid(m->range().end()).trimmed();
         }
     }
     // Without a header only a trailing quantity allows dropping a leading index ("1. Widget" keeps "1.").
     if (hasHeader || quantityFromTail) {
-        if (const auto m = leadIdx().match(description))
+        if (const auto m = patterns().indexHead.match(description))
             description = description.mid(m->range().end()).trimmed();
     }
 
     description = trimDescription(description);
     if (letterCount(description) < 2)
         return std::nullopt;
-    if (!hasHeader && metaWords().contains(description))
+    if (!hasHeader && patterns().metaWords.contains(description))
         return std::nullopt;
 
     const qsizetype n = amounts.size();

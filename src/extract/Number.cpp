@@ -1,6 +1,5 @@
 #include "Number.h"
 
-#include "Patterns.h"
 #include "Regex.h"
 #include "Vocabulary.h"
 
@@ -10,13 +9,12 @@ namespace Extractor {
 
 namespace {
 
-// The separator class holds ":", "#", ".", "-" and an en dash. The full rules add the vocabularies'
-// labels and number words, a short code in brackets (after up to two words) before the number word
-// ("Rechnung (Kopie) Nr. 12", "Teilrechnung Bau (875) Nr. 210112")
-// and two separators ("No : # 123").
-const Regex &numLabel(RuleSet rules)
-{
-    static const RulePattern rx(
+struct NumberPatterns {
+    // The separator class holds ":", "#", ".", "-" and an en dash. The full rules add the vocabularies'
+    // labels and number words, a short code in brackets (after up to two words) before the number word
+    // ("Rechnung (Kopie) Nr. 12", "Teilrechnung Bau (875) Nr. 210112")
+    // and two separators ("No : # 123").
+    RulePattern numberLabel{
         QStringLiteral(
             R"(\b(invoice|receipt|inv(?=[\s#.:])|bill|order|ref(?:erence)?|document|doc|confirmation|transaction|)"
             R"(ticket|form)\s*(?:(?:no|num|number|nr|id)\b\.?|#)?\s*[:#.\-)"
@@ -28,59 +26,32 @@ const Regex &numLabel(RuleSet rules)
             R"((?:(?:no|num|number|nr|id)\b\.?|#{number.word})?)"
             R"((?:\s*[:#.\-)"
             "\u2013"
-            R"(]){0,2}\s*([A-Z0-9][A-Z0-9\-/_.]{2,24}))"));
-    return rx(rules);
-}
-
-// Which kind of document a label of the vocabularies names, for its confidence.
-const Regex &invoiceWord(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(R"(^(?:(?!){number.invoice})$)"));
-    return rx(rules);
-}
-
-const Regex &orderWord(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(R"(^(?:(?!){number.order})$)"));
-    return rx(rules);
-}
-
-const Regex &numPrefixed()
-{
-    static const Regex rx(QStringLiteral(R"(\b((?:INV|RCPT|REC|BILL|PO|SO)[-_/]?\d{3,}[A-Z0-9\-]*)\b)"),
-                          false);
-    return rx;
-}
-
-const Regex &numStacked(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(
-        R"((?:invoice|receipt|bill|order{number.invoice}{number.order})\s*(?:no|num|number|nr|id|#{number.word})\.?\s*:?\s*$)"));
-    return rx(rules);
-}
-
-// A line that is only a number mark and a number ("N° FA-2026-0001" under a "FACTURE" heading): the
-// full rules offer it below the green threshold, as nothing names what is numbered.
-const Regex &markedNumber()
-{
-    static const Regex rx(
-        QStringLiteral(R"(^\W*(?:n[°º]|no\.|nr\.)\s*[:.]?\s*([A-Z0-9][A-Z0-9\-/_.]{2,24})\s*$)"));
-    return rx;
-}
-
-const Regex &hashNumber()
-{
-    static const Regex rx(QStringLiteral(R"(#\s*(\d{3,}))"));
-    return rx;
-}
-
-// Compound labels end in the number word ("Rechnungsnummer"), so the full rules look inside words too.
-const Regex &numberWord(RuleSet rules)
-{
-    static const RulePattern rx(
+            R"(]){0,2}\s*([A-Z0-9][A-Z0-9\-/_.]{2,24}))")};
+    // Which kind of document a label of the vocabularies names, for its confidence.
+    RulePattern invoiceWord{QStringLiteral(R"(^(?:(?!){number.invoice})$)")};
+    RulePattern orderWord{QStringLiteral(R"(^(?:(?!){number.order})$)")};
+    Regex prefixedNumber{QStringLiteral(R"(\b((?:INV|RCPT|REC|BILL|PO|SO)[-_/]?\d{3,}[A-Z0-9\-]*)\b)"),
+                         false};
+    RulePattern stackedLabel{QStringLiteral(
+        R"((?:invoice|receipt|bill|order{number.invoice}{number.order})\s*(?:no|num|number|nr|id|#{number.word})\.?\s*:?\s*$)")};
+    // A line that is only a number mark and a number ("N° FA-2026-0001" under a "FACTURE" heading): the
+    // full rules offer it below the green threshold, as nothing names what is numbered.
+    Regex markedNumber{
+        QStringLiteral(R"(^\W*(?:n[°º]|no\.|nr\.)\s*[:.]?\s*([A-Z0-9][A-Z0-9\-/_.]{2,24})\s*$)")};
+    Regex hashNumber{QStringLiteral(R"(#\s*(\d{3,}))")};
+    // Compound labels end in the number word ("Rechnungsnummer"), so the full rules look inside words too.
+    RulePattern numberWord{
         QStringLiteral(R"((no|num|number|nr|id)\b)"),
-        QStringLiteral(R"((no|num|number|nr|id)\b|(?:nummer|num[ée]ro|n[°º])(?!\p{L}){number.word})"));
-    return rx(rules);
+        QStringLiteral(R"((no|num|number|nr|id)\b|(?:nummer|num[ée]ro|n[°º])(?!\p{L}){number.word})")};
+    // A value that is only a date ("12/03/2024") is no number.
+    Regex dateOnly{QStringLiteral(R"(^\d{1,4}[/.\-]\d{1,2}[/.\-]\d{1,4}$)")};
+};
+
+// Compiled once per process, on first use.
+const NumberPatterns &patterns()
+{
+    static const NumberPatterns compiled;
+    return compiled;
 }
 
 bool hasDigit(const QString &text)
@@ -107,9 +78,9 @@ double labelConfidence(const QString &keyword, RuleSet rules)
         return 0.85;
     if (k == QLatin1String("order") || k == QLatin1String("transaction"))
         return 0.6;
-    if (rules == RuleSet::Full && invoiceWord(rules).contains(keyword))
+    if (rules == RuleSet::Full && patterns().invoiceWord(rules).contains(keyword))
         return 0.85;
-    if (rules == RuleSet::Full && orderWord(rules).contains(keyword))
+    if (rules == RuleSet::Full && patterns().orderWord(rules).contains(keyword))
         return 0.6;
     return 0.7;
 }
@@ -132,15 +103,16 @@ struct Best {
 
 void offerLabelled(const Row &row, RuleSet rules, Best &best)
 {
-    for (const Regex::Match &m : numLabel(rules).matchAll(row.text)) {
+    const NumberPatterns &p = patterns();
+    for (const Regex::Match &m : p.numberLabel(rules).matchAll(row.text)) {
         if (!m.has(2))
             continue;
         const QString value = trimSeparators(m.captured(row.text, 2));
-        if (!hasDigit(value) || Patterns::dateOnly().contains(value))
+        if (!hasDigit(value) || p.dateOnly.contains(value))
             continue;
         double confidence = labelConfidence(m.captured(row.text, 1), rules);
         const QString whole = m.captured(row.text);
-        if (whole.contains(u':') || whole.contains(u'#') || numberWord(rules).contains(whole))
+        if (whole.contains(u':') || whole.contains(u'#') || p.numberWord(rules).contains(whole))
             confidence += 0.07;
         best.offer(value, confidence, row.box(m.range(2)));
     }
@@ -148,7 +120,7 @@ void offerLabelled(const Row &row, RuleSet rules, Best &best)
 
 void offerStacked(const QList<Row> &rows, qsizetype i, RuleSet rules, Best &best)
 {
-    if (!numStacked(rules).contains(rows[i].text) || i + 1 >= rows.size())
+    if (!patterns().stackedLabel(rules).contains(rows[i].text) || i + 1 >= rows.size())
         return;
     const Row &next = rows[i + 1];
     if (next.page != rows[i].page || next.lines.isEmpty())
@@ -156,7 +128,7 @@ void offerStacked(const QList<Row> &rows, qsizetype i, RuleSet rules, Best &best
     const TextLine &line = next.lines.first();
     const QStringList pieces = line.text.split(u' ', Qt::SkipEmptyParts);
     const QString token = pieces.isEmpty() ? QString() : pieces.first();
-    if (hasDigit(token) && !Patterns::dateOnly().contains(token))
+    if (hasDigit(token) && !patterns().dateOnly.contains(token))
         best.offer(token, 0.7, PageBox{line.page, line.rect});
 }
 
@@ -164,9 +136,9 @@ void offerStacked(const QList<Row> &rows, qsizetype i, RuleSet rules, Best &best
 
 qsizetype invoiceNumberAt(const QString &text, RuleSet rules)
 {
-    for (const Regex::Match &m : numLabel(rules).matchAll(text)) {
+    for (const Regex::Match &m : patterns().numberLabel(rules).matchAll(text)) {
         const QString value = trimSeparators(m.captured(text, 2));
-        if (m.has(2) && hasDigit(value) && !Patterns::dateOnly().contains(value) &&
+        if (m.has(2) && hasDigit(value) && !patterns().dateOnly.contains(value) &&
             labelConfidence(m.captured(text, 1), rules) >= 0.85)
             return m.range().start;
     }
@@ -175,23 +147,24 @@ qsizetype invoiceNumberAt(const QString &text, RuleSet rules)
 
 Field findNumber(const QList<Row> &rows, RuleSet rules)
 {
+    const NumberPatterns &p = patterns();
     Field field = emptyField(QStringLiteral("number"), QStringLiteral("Invoice / receipt no."));
     Best best;
     for (qsizetype i = 0; i < rows.size(); ++i) {
         const Row &row = rows[i];
         offerLabelled(row, rules, best);
-        if (const auto m = numPrefixed().match(row.text))
+        if (const auto m = p.prefixedNumber.match(row.text))
             best.offer(m->captured(row.text, 1), 0.72, row.box(m->range(1)));
         offerStacked(rows, i, rules, best);
         if (rules == RuleSet::Full) {
             for (const TextLine &line : row.lines) {
-                const auto m = markedNumber().match(line.text);
+                const auto m = p.markedNumber.match(line.text);
                 if (m && hasDigit(m->captured(line.text, 1)) &&
-                    !Patterns::dateOnly().contains(m->captured(line.text, 1)))
+                    !p.dateOnly.contains(m->captured(line.text, 1)))
                     best.offer(m->captured(line.text, 1), 0.6, PageBox{line.page, line.rect});
             }
         }
-        if (const auto m = hashNumber().match(row.text))
+        if (const auto m = p.hashNumber.match(row.text))
             best.offer(m->captured(row.text, 1), 0.45, row.box(m->range(1)));
     }
     if (best.confidence < 0)

@@ -47,27 +47,16 @@ QSet<QString> setOf(std::initializer_list<const char *> words)
     return set;
 }
 
-// Legal forms that are no ordinary word: they count anywhere.
-const QSet<QString> &companyForms()
-{
-    static const QSet<QString> set =
+struct OrgWords {
+    // Legal forms that are no ordinary word: they count anywhere.
+    QSet<QString> companyForms =
         setOf({"bhd", "pte", "pvt", "pty", "ltd", "ltda", "limited", "llc", "llp", "inc", "incorporated",
                "corp", "corporation", "plc", "gmbh", "mbh", "sarl", "srl"});
-    return set;
-}
-
-// Legal forms that are also words or codes ("AB" is a province, "SA" a country code): they count
-// only where a name ends.
-const QSet<QString> &shortForms()
-{
-    static const QSet<QString> set =
+    // Legal forms that are also words or codes ("AB" is a province, "SA" a country code): they count
+    // only where a name ends.
+    QSet<QString> shortForms =
         setOf({"ag", "kg", "ab", "oy", "oyj", "sa", "sas", "spa", "sl", "bv", "nv", "kk", "aps"});
-    return set;
-}
-
-const QSet<QString> &tradeWords()
-{
-    static const QSet<QString> set = setOf({
+    QSet<QString> tradeWords = setOf({
         "trading",      "traders",      "trader",       "enterprise",   "enterprises",   "hardware",
         "restaurant",   "restaurants",  "bakery",       "bakeries",     "pharmacy",      "pharmacies",
         "mart",         "supermarket",  "supermarkets", "minimarket",   "minimarkets",   "hypermarket",
@@ -87,31 +76,27 @@ const QSet<QString> &tradeWords()
         "boulangerie",  "pharmacie",    "librairie",    "épicerie",     "farmacia",      "panadería",
         "panaderia",    "ristorante",   "trattoria",    "tienda",       "apotheek",      "bakkerij",
     });
-    return set;
-}
-
-// Words that introduce a registration or tax number, and the words that make them a label.
-const QSet<QString> &registrationWords()
-{
-    static const QSet<QString> set =
+    // Words that introduce a registration or tax number, and the words that make them a label.
+    QSet<QString> registrationWords =
         setOf({"company", "co",  "business", "registration", "reg", "regn", "roc", "gst",  "vat", "sst",
                "tax",     "abn", "acn",      "ein",          "tin", "cin",  "uen", "brn",  "trn", "siret",
                "siren",   "kvk", "ust",      "uid",          "nif", "cif",  "nip", "gstin"});
-    return set;
-}
-
-// Registration acronyms that are labels with a colon alone ("TIN: 123"), unlike "Company:".
-const QSet<QString> &colonLabels()
-{
-    static const QSet<QString> set =
+    // Registration acronyms that are labels with a colon alone ("TIN: 123"), unlike "Company:".
+    QSet<QString> colonLabels =
         setOf({"gstin", "gst", "vat", "sst", "tin", "cin", "abn", "acn", "uen", "brn", "trn", "ein"});
-    return set;
-}
+    QSet<QString> numberWords = setOf({"no", "num", "number", "nr", "id"});
+    // The forms dottedFormAt looks for, lower case.
+    QStringList dottedForms{QStringLiteral("s.a.r.l"), QStringLiteral("s.a.s"), QStringLiteral("s.a"),
+                            QStringLiteral("s.p.a"),   QStringLiteral("s.r.l"), QStringLiteral("s.l"),
+                            QStringLiteral("b.v"),     QStringLiteral("n.v"),   QStringLiteral("k.k"),
+                            QStringLiteral("l.l.c"),   QStringLiteral("a/s"),   QStringLiteral("co.")};
+};
 
-const QSet<QString> &numberWords()
+// Built once per process, on first use.
+const OrgWords &orgWords()
 {
-    static const QSet<QString> set = setOf({"no", "num", "number", "nr", "id"});
-    return set;
+    static const OrgWords words;
+    return words;
 }
 
 qsizetype skipSpaces(const QString &text, qsizetype i)
@@ -180,11 +165,7 @@ bool matchesAt(const QString &text, qsizetype at, QStringView form)
 // Forms written with dots or a slash between letters: "S.A.", "B.V.", "A/S", "Co.", "Sp. z o.o.".
 bool dottedFormAt(const QString &text, qsizetype at)
 {
-    static const QStringList forms{QStringLiteral("s.a.r.l"), QStringLiteral("s.a.s"), QStringLiteral("s.a"),
-                                   QStringLiteral("s.p.a"),   QStringLiteral("s.r.l"), QStringLiteral("s.l"),
-                                   QStringLiteral("b.v"),     QStringLiteral("n.v"),   QStringLiteral("k.k"),
-                                   QStringLiteral("l.l.c"),   QStringLiteral("a/s"),   QStringLiteral("co.")};
-    for (const QString &form : forms) {
+    for (const QString &form : orgWords().dottedForms) {
         if (matchesAt(text, at, form))
             return true;
     }
@@ -199,7 +180,7 @@ bool dottedFormAt(const QString &text, qsizetype at)
 bool isOrgToken(const QList<Word> &words, qsizetype k, const QString &text)
 {
     const Word &w = words[k];
-    if (companyForms().contains(w.lower) || (w.lower.size() <= 2 && dottedFormAt(text, w.start)))
+    if (orgWords().companyForms.contains(w.lower) || (w.lower.size() <= 2 && dottedFormAt(text, w.start)))
         return true;
     if (w.lower == QLatin1String("co")) {
         const qsizetype before = w.start > 0 ? w.start - 1 : -1;
@@ -209,9 +190,9 @@ bool isOrgToken(const QList<Word> &words, qsizetype k, const QString &text)
         if (i >= 0 && text[i] == u'&')
             return true;
     }
-    if (shortForms().contains(w.lower))
+    if (orgWords().shortForms.contains(w.lower))
         return followsWord(text, w.start) && endsName(text, w.end);
-    return tradeWords().contains(w.lower) && !numberFollows(words, k, text);
+    return orgWords().tradeWords.contains(w.lower) && !numberFollows(words, k, text);
 }
 
 // A registration word followed by a number word or "#", with an optional "Reg" between them
@@ -222,9 +203,9 @@ bool isRegistrationLabel(const QList<Word> &words, qsizetype k, const QString &t
     const Word &w = words[k];
     if (w.lower == QLatin1String("registered"))
         return k + 1 < words.size() &&
-               (numberWords().contains(words[k + 1].lower) || words[k + 1].lower == QLatin1String("office") ||
-                words[k + 1].lower == QLatin1String("in"));
-    if (!registrationWords().contains(w.lower))
+               (orgWords().numberWords.contains(words[k + 1].lower) ||
+                words[k + 1].lower == QLatin1String("office") || words[k + 1].lower == QLatin1String("in"));
+    if (!orgWords().registrationWords.contains(w.lower))
         return false;
     qsizetype i = w.end;
     if (i < text.size() && text[i] == u'.')
@@ -233,7 +214,7 @@ bool isRegistrationLabel(const QList<Word> &words, qsizetype k, const QString &t
     if (i < text.size() && text[i] == u'#')
         return true;
     if (i < text.size() && text[i] == u':')
-        return colonLabels().contains(w.lower);
+        return orgWords().colonLabels.contains(w.lower);
     qsizetype next = k + 1;
     if (next < words.size() && words[next].start == i &&
         (words[next].lower == QLatin1String("reg") || words[next].lower == QLatin1String("registration"))) {
@@ -245,7 +226,8 @@ bool isRegistrationLabel(const QList<Word> &words, qsizetype k, const QString &t
             return true;
         ++next;
     }
-    return next < words.size() && words[next].start == i && numberWords().contains(words[next].lower);
+    return next < words.size() && words[next].start == i &&
+           orgWords().numberWords.contains(words[next].lower);
 }
 
 } // namespace

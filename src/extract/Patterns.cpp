@@ -8,83 +8,57 @@
 
 namespace Patterns {
 
-const Regex &moneyRx(RuleSet rules)
+Shared::Shared()
+    : amount(
+          QStringLiteral(
+              R"((?<![\d.,/])(?:[-(]?[$€£¥]?\s?(?:\d{1,3}(?:[,.]\d{3})+|\d+)[.,]\d{2}(?![\d]|[.,]\d)\)?|[$€£¥]\s?\d+(?![\d.,]\d)))"),
+          // One blank (plain, no-break or narrow no-break) between groups; two blanks part the lines of a
+          // row.
+          QStringLiteral(
+              R"((?<![\d.,/])(?:[-(]?[$€£¥]?\s?(?:\d{1,3}(?:[ \x{A0}\x{202F}]\d{3})+,\d{2}(?![\d]|[.,]\d)\)?|)"
+              R"((?:\d{1,3}(?:[,.]\d{3})+|\d+)[.,]\d{2}(?![\d]|[.,]\d)\)?)|[$€£¥]\s?\d+(?![\d.,]\d)))")),
+      subtotalLabel(QStringLiteral(
+          R"(sub\s*-?\s*total|net\s*(amount|total)|(total|amount)\s*(before|excl\w*)\s*(tax|vat){subtotal})")),
+      // The header patterns' words stand between word boundaries, so the vocabularies' words join the group.
+      headerDescription(QStringLiteral(
+          R"(\b(description|item|items|product|service|details|particulars|article)\b{header.desc})")),
+      headerQuantity(QStringLiteral(R"(\b(qty|quantity|hours|hrs|units|pcs)\b{header.qty})")),
+      headerPrice(QStringLiteral(R"(\b(price|rate|unit\s*(cost|price)|cost)\b{header.price})")),
+      headerAmount(QStringLiteral(R"(\b(amount|total|line\s*total|ext|extended)\b{header.amount})"))
 {
-    static const Regex core(QStringLiteral(
-        R"((?<![\d.,/])(?:[-(]?[$€£¥]?\s?(?:\d{1,3}(?:[,.]\d{3})+|\d+)[.,]\d{2}(?![\d]|[.,]\d)\)?|[$€£¥]\s?\d+(?![\d.,]\d)))"));
-    // One blank (plain, no-break or narrow no-break) between groups; two blanks part the lines of a row.
-    static const Regex full(QStringLiteral(
-        R"((?<![\d.,/])(?:[-(]?[$€£¥]?\s?(?:\d{1,3}(?:[ \x{A0}\x{202F}]\d{3})+,\d{2}(?![\d]|[.,]\d)\)?|)"
-        R"((?:\d{1,3}(?:[,.]\d{3})+|\d+)[.,]\d{2}(?![\d]|[.,]\d)\)?)|[$€£¥]\s?\d+(?![\d.,]\d)))"));
-    return rules == RuleSet::Core ? core : full;
 }
 
-const Regex &trailingInt()
+const Shared &shared()
 {
-    static const Regex rx(QStringLiteral(R"((?<![\d.,])\d{1,7}\s*$)"));
-    return rx;
-}
-
-const Regex &subtotalRx(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(
-        R"(sub\s*-?\s*total|net\s*(amount|total)|(total|amount)\s*(before|excl\w*)\s*(tax|vat){subtotal})"));
-    return rx(rules);
-}
-
-// The header patterns' words stand between word boundaries, so the vocabularies' words join the group.
-const Regex &hdrDesc(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(
-        R"(\b(description|item|items|product|service|details|particulars|article)\b{header.desc})"));
-    return rx(rules);
-}
-
-const Regex &hdrQty(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(R"(\b(qty|quantity|hours|hrs|units|pcs)\b{header.qty})"));
-    return rx(rules);
-}
-
-const Regex &hdrPrice(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(R"(\b(price|rate|unit\s*(cost|price)|cost)\b{header.price})"));
-    return rx(rules);
-}
-
-const Regex &hdrAmt(RuleSet rules)
-{
-    static const RulePattern rx(
-        QStringLiteral(R"(\b(amount|total|line\s*total|ext|extended)\b{header.amount})"));
-    return rx(rules);
-}
-
-const Regex &dateOnly()
-{
-    static const Regex rx(QStringLiteral(R"(^\d{1,4}[/.\-]\d{1,2}[/.\-]\d{1,4}$)"));
-    return rx;
+    static const Shared patterns;
+    return patterns;
 }
 
 bool isHeaderLike(const QString &text, RuleSet rules)
 {
+    const Shared &p = shared();
     if (rules == RuleSet::Full) {
-        const int hits = int(hdrDesc(rules).contains(text)) + int(hdrQty(rules).contains(text)) +
-                         int(hdrPrice(rules).contains(text)) + int(hdrAmt(rules).contains(text));
+        const int hits = int(p.headerDescription(rules).contains(text)) +
+                         int(p.headerQuantity(rules).contains(text)) +
+                         int(p.headerPrice(rules).contains(text)) + int(p.headerAmount(rules).contains(text));
         return hits >= 2;
     }
     using W = QLatin1StringView;
     // Each header pattern needs one of its words; the cheap test spares most rows the patterns.
-    const bool desc = mayContain(text, {W("descr"), W("item"), W("product"), W("service"), W("detail"),
-                                        W("particular"), W("article")}) &&
-                      hdrDesc().contains(text);
-    const bool qty = mayContain(text, {W("qty"), W("quantit"), W("hour"), W("hrs"), W("unit"), W("pcs")}) &&
-                     hdrQty().contains(text);
-    if (!desc && !qty && !mayContain(text, {W("price"), W("rate"), W("cost")}))
+    const bool description = mayContain(text, {W("descr"), W("item"), W("product"), W("service"), W("detail"),
+                                               W("particular"), W("article")}) &&
+                             p.headerDescription(rules).contains(text);
+    const bool quantity =
+        mayContain(text, {W("qty"), W("quantit"), W("hour"), W("hrs"), W("unit"), W("pcs")}) &&
+        p.headerQuantity(rules).contains(text);
+    if (!description && !quantity && !mayContain(text, {W("price"), W("rate"), W("cost")}))
         return false;
-    int hits = int(desc) + int(qty);
-    if (hits < 2 && mayContain(text, {W("price"), W("rate"), W("cost")}) && hdrPrice().contains(text))
+    int hits = int(description) + int(quantity);
+    if (hits < 2 && mayContain(text, {W("price"), W("rate"), W("cost")}) &&
+        p.headerPrice(rules).contains(text))
         ++hits;
-    if (hits < 2 && mayContain(text, {W("amount"), W("total"), W("ext")}) && hdrAmt().contains(text))
+    if (hits < 2 && mayContain(text, {W("amount"), W("total"), W("ext")}) &&
+        p.headerAmount(rules).contains(text))
         ++hits;
     return hits >= 2;
 }

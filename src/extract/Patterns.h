@@ -1,24 +1,30 @@
 #pragma once
 
 #include "Regex.h"
+#include "Vocabulary.h"
 #include "model/RuleSet.h"
 
 #include <initializer_list>
 
-// The built-in patterns shared by several finders, compiled once per process on first use
-// (case-insensitive). Patterns used by one finder only live in that finder's file.
+// The built-in patterns shared by several finders and the cheap tests run before patterns. Patterns used
+// by one finder only live in that finder's file.
 namespace Patterns {
 
-/// Amounts; the full rules also read groups of three digits split by a blank before a decimal comma
-/// ("1 234,56", as French invoices print them).
-const Regex &moneyRx(RuleSet rules = RuleSet::Core);
-const Regex &trailingInt();
-const Regex &subtotalRx(RuleSet rules = RuleSet::Core);
-const Regex &hdrDesc(RuleSet rules = RuleSet::Core);
-const Regex &hdrQty(RuleSet rules = RuleSet::Core);
-const Regex &hdrPrice(RuleSet rules = RuleSet::Core);
-const Regex &hdrAmt(RuleSet rules = RuleSet::Core);
-const Regex &dateOnly();
+/// The patterns several finders read (case-insensitive).
+struct Shared {
+    /// Amounts; the full rules also read groups of three digits split by a blank before a decimal comma
+    /// ("1 234,56", as French invoices print them).
+    RulePattern amount;
+    /// A subtotal label ("Subtotal", "Net amount", "Total before tax").
+    RulePattern subtotalLabel;
+    /// The words heading an item table's description, quantity, unit price and amount columns.
+    RulePattern headerDescription, headerQuantity, headerPrice, headerAmount;
+
+    Shared();
+};
+
+/// The shared patterns, compiled together on the first call (from any thread) and kept for the process.
+const Shared &shared();
 
 /// True when at least two of the four table-header patterns match: the row looks like a table header.
 bool isHeaderLike(const QString &text, RuleSet rules = RuleSet::Core);

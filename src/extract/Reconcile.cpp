@@ -1,4 +1,5 @@
-#include "Tax.h"
+#include "Reconcile.h"
+
 #include "model/Money.h"
 
 #include <cmath>

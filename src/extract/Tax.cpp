@@ -10,31 +10,26 @@ namespace Extractor {
 
 namespace {
 
-// The full rules also take a leading word ("zzgl.", "Total") and a rate before the tax word
-// ("zzgl. 19 % USt", "20% VAT").
-const Regex &taxLabel(RuleSet rules)
-{
-    static const RulePattern rx(
+struct TaxPatterns {
+    // The full rules also take a leading word ("zzgl.", "Total") and a rate before the tax word
+    // ("zzgl. 19 % USt", "20% VAT").
+    RulePattern taxLabel{
         QStringLiteral(
             R"(^\W*(total\s+)?(sales\s+|state\s+|city\s+|county\s+|local\s+)?(tax|vat|gst|hst|pst|qst|iva|mwst|btw)\b)"),
         QStringLiteral(R"(^\W*(?:(?:total|(?!){tax.prefix})\s*)?(?:\d{1,2}(?:[.,]\d{1,2})?\s*%\s*)?)"
                        R"((sales\s+|state\s+|city\s+|county\s+|local\s+)?)"
-                       R"((taxes|tax|vat|gst|hst|pst|qst|iva|mwst|btw{tax.word})\b)"));
-    return rx(rules);
-}
-
-const Regex &taxTotal(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(R"(total\s*tax|tax\s*total{tax.total})"));
-    return rx(rules);
-}
-
-const Regex &taxExclude(RuleSet rules)
-{
-    static const RulePattern rx(
+                       R"((taxes|tax|vat|gst|hst|pst|qst|iva|mwst|btw{tax.word})\b)")};
+    RulePattern taxTotal{QStringLiteral(R"(total\s*tax|tax\s*total{tax.total})")};
+    RulePattern taxExclude{
         QStringLiteral(R"(tax\s*(id|no|number|reg|invoice|code|rate)\b|vat\s*(id|no|number|reg)|)"
-                       R"(\btin\b|taxable|incl|inclusive|tax\s*#{tax.exclude})"));
-    return rx(rules);
+                       R"(\btin\b|taxable|incl|inclusive|tax\s*#{tax.exclude})")};
+};
+
+// Compiled together once per process, on first use.
+const TaxPatterns &patterns()
+{
+    static const TaxPatterns compiled;
+    return compiled;
 }
 
 struct TaxHit {
@@ -55,10 +50,11 @@ bool mayHoldTaxLabel(const QString &text, RuleSet rules)
 
 bool isTaxRow(const Row &row, RuleSet rules)
 {
-    if (taxLabel(rules).contains(row.text))
+    const TaxPatterns &p = patterns();
+    if (p.taxLabel(rules).contains(row.text))
         return true;
     for (const TextLine &line : row.lines) {
-        if (taxLabel(rules).contains(line.text))
+        if (p.taxLabel(rules).contains(line.text))
             return true;
     }
     return false;
@@ -103,24 +99,26 @@ Field chooseTax(const QList<TaxHit> &hits)
 
 Field findTax(const Scan &scan, std::optional<double> implied)
 {
+    const TaxPatterns &p = patterns();
     QList<TaxHit> hits;
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
         const Row &row = scan.rows[i];
         if (isColumnLabelRow(scan, i)) {
             // Column labels over their amounts: each tax label takes the amount under it.
             for (const TextLine &line : row.lines) {
-                if (taxExclude(scan.rules).contains(line.text) || !taxLabel(scan.rules).contains(line.text))
+                if (p.taxExclude(scan.rules).contains(line.text) ||
+                    !p.taxLabel(scan.rules).contains(line.text))
                     continue;
                 if (const auto near = amountBelow(scan, i, line))
-                    hits.append(TaxHit{near->value, near->box, taxTotal(scan.rules).contains(line.text)});
+                    hits.append(TaxHit{near->value, near->box, p.taxTotal(scan.rules).contains(line.text)});
             }
             continue;
         }
         if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text, scan.rules) ||
-            taxExclude(scan.rules).contains(row.text) || !isTaxRow(row, scan.rules))
+            p.taxExclude(scan.rules).contains(row.text) || !isTaxRow(row, scan.rules))
             continue;
         const Amount &last = scan.amounts[i].last();
-        hits.append(TaxHit{last.value, row.box(last.range), taxTotal(scan.rules).contains(row.text)});
+        hits.append(TaxHit{last.value, row.box(last.range), p.taxTotal(scan.rules).contains(row.text)});
     }
     Field field = chooseTax(hits);
     const auto value = Money::parse(field.value);

@@ -1,4 +1,5 @@
-#include "Amounts.h"
+#include "Total.h"
+
 #include "Patterns.h"
 #include "Vocabulary.h"
 #include "model/Money.h"
@@ -9,34 +10,31 @@ namespace Extractor {
 
 namespace {
 
-const Regex &strongTotal(RuleSet rules)
-{
-    static const RulePattern rx(
+struct TotalPatterns {
+    RulePattern strongTotal{
         QStringLiteral(R"(grand\s*total|total\s*(amount\s*)?(due|payable)|amount\s*(due|payable)|)"
-                       R"(balance\s*due|amount\s*to\s*pay|total\s*to\s*pay|balance\s*payable{total.gross})"));
-    return rx(rules);
-}
-
-// What is left to pay after prepayments: a total, but the gross total wins over it.
-const Regex &amountPayable(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(R"((?!){total.due})"));
-    return rx(rules);
-}
-
-const Regex &plainTotal(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(R"(\btotal\b{total.plain})"));
-    return rx(rules);
-}
-
-const Regex &notTotal(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(
+                       R"(balance\s*due|amount\s*to\s*pay|total\s*to\s*pay|balance\s*payable{total.gross})")};
+    // What is left to pay after prepayments: a total, but the gross total wins over it.
+    RulePattern amountPayable{QStringLiteral(R"((?!){total.due})")};
+    RulePattern plainTotal{QStringLiteral(R"(\btotal\b{total.plain})")};
+    RulePattern notTotal{QStringLiteral(
         R"(sub\s*-?\s*total|total\s*(tax|vat|gst|hst|discount|savings|items|qty|quantity|)"
         R"(before|excl|net|paid|tend)|(tax|vat|gst)\s*total|before\s*tax|excl\w*|items?\s*total|)"
-        R"(net\s*total|tax\s*invoice{total.not})"));
-    return rx(rules);
+        R"(net\s*total|tax\s*invoice{total.not})")};
+    // Receipt rows that mention a total but do not hold the amount paid: a tax note ("GST @6% included in
+    // total"), a count of stamps, a breakdown by tax rate ("Total 6% supplies"), and payment rows.
+    Regex receiptNotTotal{QStringLiteral(R"(included\s*in\s*(the\s*)?total|total\s*includes|total\s*stamp|)"
+                                         R"(total\s*\d{1,2}(\.\d+)?\s*%|\bchange\b|tender|^\W*cash\b)")};
+    Regex roundingLabel{QStringLiteral(R"(\bround(ing|ed)?\b)")};
+    Regex roundedTotal{
+        QStringLiteral(R"(rounded\s*total|total\s*(after\s*)?round(ed|ing)|round(ed|ing)\s*total)")};
+};
+
+// Compiled together once per process, on first use.
+const TotalPatterns &patterns()
+{
+    static const TotalPatterns compiled;
+    return compiled;
 }
 
 // Every base total label holds one of these words; most rows are rejected here without a pattern.
@@ -51,37 +49,16 @@ bool mayHoldTotalLabel(const QString &text, RuleSet rules)
 // after prepayments, 0.8 for a plain "Total"; 0 for no total label (or a subtotal, tax total and the like).
 double labelBase(const QString &text, RuleSet rules)
 {
-    if (!mayHoldTotalLabel(text, rules) || notTotal(rules).contains(text))
+    const TotalPatterns &p = patterns();
+    if (!mayHoldTotalLabel(text, rules) || p.notTotal(rules).contains(text))
         return 0;
-    if (strongTotal(rules).contains(text))
+    if (p.strongTotal(rules).contains(text))
         return 0.92;
-    if (amountPayable(rules).contains(text))
+    if (p.amountPayable(rules).contains(text))
         return 0.86;
-    if (plainTotal(rules).contains(text))
+    if (p.plainTotal(rules).contains(text))
         return 0.8;
     return 0;
-}
-
-// Receipt rows that mention a total but do not hold the amount paid: a tax note ("GST @6% included in
-// total"), a count of stamps, a breakdown by tax rate ("Total 6% supplies"), and payment rows.
-const Regex &receiptNotTotal()
-{
-    static const Regex rx(QStringLiteral(R"(included\s*in\s*(the\s*)?total|total\s*includes|total\s*stamp|)"
-                                         R"(total\s*\d{1,2}(\.\d+)?\s*%|\bchange\b|tender|^\W*cash\b)"));
-    return rx;
-}
-
-const Regex &roundingLabel()
-{
-    static const Regex rx(QStringLiteral(R"(\bround(ing|ed)?\b)"));
-    return rx;
-}
-
-const Regex &roundedTotal()
-{
-    static const Regex rx(
-        QStringLiteral(R"(rounded\s*total|total\s*(after\s*)?round(ed|ing)|round(ed|ing)\s*total)"));
-    return rx;
 }
 
 // A rounding row holding less than this is the adjustment; a larger amount is the rounded total.
@@ -129,6 +106,7 @@ Field largestAmount(const Scan &scan, Field field)
 
 QList<TotalCandidate> totalCandidates(const Scan &scan)
 {
+    const TotalPatterns &p = patterns();
     QList<TotalCandidate> candidates;
     qsizetype best = -1;
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
@@ -139,7 +117,7 @@ QList<TotalCandidate> totalCandidates(const Scan &scan)
             const qsizetype before = candidates.size();
             for (const TextLine &line : scan.rows[i].lines) {
                 const double base =
-                    receiptNotTotal().contains(line.text) ? 0 : labelBase(line.text, scan.rules);
+                    p.receiptNotTotal.contains(line.text) ? 0 : labelBase(line.text, scan.rules);
                 if (const auto near = base > 0 ? amountBelow(scan, i, line) : std::nullopt)
                     candidates.append(TotalCandidate{near->value, base - 0.1, near->box, i});
             }
@@ -150,18 +128,18 @@ QList<TotalCandidate> totalCandidates(const Scan &scan)
             if (candidates.size() > before)
                 continue;
         }
-        if (!mayHoldTotalLabel(text, scan.rules) || notTotal(scan.rules).contains(text) ||
-            receiptNotTotal().contains(text))
+        if (!mayHoldTotalLabel(text, scan.rules) || p.notTotal(scan.rules).contains(text) ||
+            p.receiptNotTotal.contains(text))
             continue;
         if (scan.headerLike[i] && scan.amounts[i].isEmpty())
             continue;
-        const bool rounding = roundingLabel().contains(text);
+        const bool rounding = p.roundingLabel.contains(text);
         double base = 0;
-        if (strongTotal(scan.rules).contains(text) || roundedTotal().contains(text))
+        if (p.strongTotal(scan.rules).contains(text) || p.roundedTotal.contains(text))
             base = 0.92;
-        else if (amountPayable(scan.rules).contains(text))
+        else if (p.amountPayable(scan.rules).contains(text))
             base = 0.86;
-        else if (plainTotal(scan.rules).contains(text) || rounding)
+        else if (p.plainTotal(scan.rules).contains(text) || rounding)
             base = 0.8;
         else
             continue;
@@ -172,7 +150,7 @@ QList<TotalCandidate> totalCandidates(const Scan &scan)
             continue;
         const double confidence = near->fromNextRow ? base - 0.15 : base;
         // A rounding adjustment makes the total before it the amount paid once added.
-        if (rounding && !roundedTotal().contains(text) && std::abs(near->value) < largestAdjustment) {
+        if (rounding && !p.roundedTotal.contains(text) && std::abs(near->value) < largestAdjustment) {
             if (best >= 0)
                 candidates.append(TotalCandidate{candidates[best].value + near->value,
                                                  candidates[best].confidence, near->box, i});

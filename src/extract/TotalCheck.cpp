@@ -1,6 +1,7 @@
 #include "TotalCheck.h"
 
 #include "Regex.h"
+#include "Total.h"
 #include "model/Money.h"
 
 #include <cmath>
@@ -9,17 +10,17 @@ namespace Extractor {
 
 namespace {
 
-const Regex &cashLabel()
-{
-    static const Regex rx(QStringLiteral(
-        R"(^\W*(cash(\s*tendered)?|tendered|tender|amount\s*(paid|tendered)|paid|payment)\b)"));
-    return rx;
-}
+struct PaymentPatterns {
+    Regex cashLabel{QStringLiteral(
+        R"(^\W*(cash(\s*tendered)?|tendered|tender|amount\s*(paid|tendered)|paid|payment)\b)")};
+    Regex changeLabel{QStringLiteral(R"(^\W*(change|balance\s*returned)\b)")};
+};
 
-const Regex &changeLabel()
+// Compiled together once per process, on first use.
+const PaymentPatterns &patterns()
 {
-    static const Regex rx(QStringLiteral(R"(^\W*(change|balance\s*returned)\b)"));
-    return rx;
+    static const PaymentPatterns compiled;
+    return compiled;
 }
 
 bool agree(double a, double b)
@@ -49,8 +50,8 @@ std::optional<double> lastLabelled(const Scan &scan, const Regex &label, qsizety
 QList<double> checks(const Scan &scan, const Field &subtotal, const Field &tax, const QList<LineItem> &items)
 {
     QList<double> out;
-    const auto cash = lastLabelled(scan, cashLabel());
-    const auto change = lastLabelled(scan, changeLabel());
+    const auto cash = lastLabelled(scan, patterns().cashLabel);
+    const auto change = lastLabelled(scan, patterns().changeLabel);
     if (cash && change && *cash > *change)
         out.append(*cash - *change);
     const auto s = valueOf(subtotal);
@@ -78,6 +79,7 @@ void set(Field &total, double value, double confidence, const PageBox &box)
 void checkTotal(const Scan &scan, const Field &subtotal, const Field &tax, const QList<LineItem> &items,
                 Field &total)
 {
+    const PaymentPatterns &p = patterns();
     const QList<double> targets = checks(scan, subtotal, tax, items);
     if (targets.isEmpty())
         return;
@@ -96,11 +98,11 @@ void checkTotal(const Scan &scan, const Field &subtotal, const Field &tax, const
     if (candidates.isEmpty()) {
         // Cash minus change printed as an amount of its own (a subtotal, an unlabelled line) is what
         // was paid.
-        const auto cash = lastLabelled(scan, cashLabel());
-        const auto change = lastLabelled(scan, changeLabel());
+        const auto cash = lastLabelled(scan, p.cashLabel);
+        const auto change = lastLabelled(scan, p.changeLabel);
         if (cash && change && agree(*cash - *change, targets.first())) {
             for (qsizetype i = 0; i < scan.rows.size(); ++i) {
-                if (cashLabel().contains(scan.rows[i].text) || changeLabel().contains(scan.rows[i].text))
+                if (p.cashLabel.contains(scan.rows[i].text) || p.changeLabel.contains(scan.rows[i].text))
                     continue;
                 for (const Amount &a : scan.amounts[i]) {
                     if (agree(a.value, targets.first())) {

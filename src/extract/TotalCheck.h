@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Amounts.h"
+#include "model/Field.h"
 #include "model/LineItem.h"
 
 namespace Extractor {

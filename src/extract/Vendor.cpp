@@ -14,58 +14,54 @@ namespace Extractor {
 
 namespace {
 
-const Regex &vendorLabel(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(
-        R"(^(?:vendor|supplier|merchant|payee|sold\s*by|bill(?:ed)?\s*from|remit\s*to|from{vendor.label})\s*[:\-]\s*(.{2,})$)"));
-    return rx(rules);
-}
-
-const Regex &vendorSkip(RuleSet rules)
-{
-    static const RulePattern rx(QStringLiteral(
+struct VendorPatterns {
+    RulePattern vendorLabel{QStringLiteral(
+        R"(^(?:vendor|supplier|merchant|payee|sold\s*by|bill(?:ed)?\s*from|remit\s*to|from{vendor.label})\s*[:\-]\s*(.{2,})$)")};
+    RulePattern vendorSkip{QStringLiteral(
         R"(^\W*(?:tax\s+)?(?:invoice|receipt|statement|credit\s*note|quote|quotation|estimate|bill\s*to|)"
         R"(ship\s*to|sold\s*to|customer|order|page|date|due|total|amount|description|qty|quantity|tel|phone|)"
         R"(fax|e-?mail|web|www|http|thank|duplicate|original|copy|purchase|packing|balance|account|ref|no|)"
-        R"(number|welcome|cashier|server|table{vendor.skip})\b|^\s*#)"));
-    return rx(rules);
-}
-
-// A section heading naming the seller on a line of its own ("Verkäufer", "Émetteur", "Seller"); the
-// name follows below it.
-const Regex &sellerHeading(RuleSet rules)
-{
-    static const RulePattern rx(
-        QStringLiteral(R"(^\W*(?:(?!)|seller|supplier|vendor{vendor.heading})\s*:?\s*$)"));
-    return rx(rules);
-}
-
-// A name field inside the seller's section ("Name: Muster GmbH", "Raison sociale : …").
-const Regex &nameField()
-{
-    static const Regex rx(QStringLiteral(
+        R"(number|welcome|cashier|server|table{vendor.skip})\b|^\s*#)")};
+    // A section heading naming the seller on a line of its own ("Verkäufer", "Émetteur", "Seller"); the
+    // name follows below it.
+    RulePattern sellerHeading{
+        QStringLiteral(R"(^\W*(?:(?!)|seller|supplier|vendor{vendor.heading})\s*:?\s*$)")};
+    // A name field inside the seller's section ("Name: Muster GmbH", "Raison sociale : …").
+    Regex nameField{QStringLiteral(
         R"(^\s*(?:name|company|firma|firmenname|nom|raison\s*sociale|naam|bedrijfsnaam|nombre|raz[oó]n\s*social|)"
-        R"(nome|ragione\s*sociale|denominazione)\s*:\s*(.*)$)"));
-    return rx;
-}
-
-// Case-sensitive on purpose: a two-letter state code before a ZIP code is upper case.
-const Regex &addressLike()
-{
-    static const Regex rx(
+        R"(nome|ragione\s*sociale|denominazione)\s*:\s*(.*)$)")};
+    // Case-sensitive on purpose: a two-letter state code before a ZIP code is upper case.
+    Regex addressLike{
         QStringLiteral(R"(^\d{1,6}\s+\S+.*\b(st|street|ave|avenue|rd|road|blvd|boulevard|dr|drive|ln|lane|)"
                        R"(way|suite|ste|floor|fl)\b|\b[A-Z]{2}\s+\d{5}(-\d{4})?\b|\bP\.?O\.?\s*Box\b)"),
-        false);
-    return rx;
-}
-
-const Regex &orgSuffix()
-{
-    static const Regex rx(QStringLiteral(
+        false};
+    Regex organisationSuffix{QStringLiteral(
         R"(\b(inc|llc|ltd|gmbh|corp|corporation|co|company|llp|plc|ag|pty|bv|oy|limited|group|holdings|)"
         R"(partners|associates|stores?|market|restaurant|cafe|café|hotel|services|solutions|studio|supply|)"
-        R"(supplies|enterprises|industries|systems|technologies)\b\.?)"));
-    return rx;
+        R"(supplies|enterprises|industries|systems|technologies)\b\.?)")};
+    // Registration and tax-number lines name the company's number, never the company: "Co. Reg: 123-X",
+    // "GST ID: 0012", "USt-IdNr.", "SIRET", "KvK", or a bracketed registration number alone ("(123456-X)").
+    Regex registrationLine{QStringLiteral(
+        R"(\b(co\.?\s*reg|company\s*(reg|no\b)|reg(istration|n)?\.?\s*(no|number)\b|br\s*no\b|roc\s*no\b|)"
+        R"((gst|sst|vat|tax)\s*(id|no|reg)\b|ust\.?\s*-?\s*id|siret|siren|kvk\b|uen\b|abn\b)|)"
+        R"(^\W*\(?\s*\d[\d\s-]{4,}\s*-?\s*[a-z]?\s*\)?\W*$)")};
+    // The legal forms that end a company's name, written together or across a wrapped line ("… SDN BHD").
+    Regex legalForm{QStringLiteral(
+        R"((?<![\w/])(sdn\.?\s*bhd|bhd|s/b|pte\.?\s*ltd|pvt\.?\s*ltd|pty\.?\s*ltd|ltd|limited|llc|llp|inc|plc|)"
+        R"(gmbh|ag|kg|sarl|sas|s\.a\.?|b\.\s*v|n\.\s*v|s\.\s*l|s\.\s*p\.\s*a|s\.\s*r\.\s*l|corp|)"
+        R"(corporation)\b\.?)")};
+    // A document title or an addressee heading: the customer's details may follow it, the seller's come
+    // before it.
+    Regex divider{QStringLiteral(
+        R"(^\W*((simplified\s+)?tax\s+invoice|invoice|bill\s*to|sold\s*to|ship\s*to|deliver(y|ed)?\s*to|)"
+        R"(customer)\b)")};
+};
+
+// Compiled together once per process, on first use.
+const VendorPatterns &patterns()
+{
+    static const VendorPatterns compiled;
+    return compiled;
 }
 
 // The cheap word tests below let most lines skip the anchored base patterns; the patterns still decide.
@@ -73,7 +69,7 @@ bool mayBeSkipped(const QString &text, RuleSet rules)
 {
     using W = QLatin1StringView;
     if (rules == RuleSet::Full)
-        return vendorSkip(rules).contains(text);
+        return patterns().vendorSkip(rules).contains(text);
     return Patterns::mayContain(
                text,
                {W("#"),        W("tax"),      W("invoice"),  W("receipt"), W("statement"), W("credit"),
@@ -83,14 +79,14 @@ bool mayBeSkipped(const QString &text, RuleSet rules)
                 W("mail"),     W("web"),      W("www"),      W("http"),    W("thank"),     W("duplicate"),
                 W("original"), W("copy"),     W("purchase"), W("packing"), W("balance"),   W("account"),
                 W("ref"),      W("no"),       W("welcome"),  W("cashier"), W("server"),    W("table")}) &&
-           vendorSkip(rules).contains(text);
+           patterns().vendorSkip(rules).contains(text);
 }
 
 // An address needs a digit or a "Box"; the pattern is case-sensitive, so this test is exact.
 bool mayBeAddress(const QString &text)
 {
     return (Patterns::hasDigit(text) || text.contains(QLatin1StringView("Box"))) &&
-           addressLike().contains(text);
+           patterns().addressLike.contains(text);
 }
 
 bool mayBeLabel(const QString &text, RuleSet rules)
@@ -101,43 +97,13 @@ bool mayBeLabel(const QString &text, RuleSet rules)
                                        W("bill"), W("remit"), W("from")});
 }
 
-// Registration and tax-number lines name the company's number, never the company: "Co. Reg: 123-X",
-// "GST ID: 0012", "USt-IdNr.", "SIRET", "KvK", or a bracketed registration number alone ("(123456-X)").
-const Regex &registrationLine()
-{
-    static const Regex rx(QStringLiteral(
-        R"(\b(co\.?\s*reg|company\s*(reg|no\b)|reg(istration|n)?\.?\s*(no|number)\b|br\s*no\b|roc\s*no\b|)"
-        R"((gst|sst|vat|tax)\s*(id|no|reg)\b|ust\.?\s*-?\s*id|siret|siren|kvk\b|uen\b|abn\b)|)"
-        R"(^\W*\(?\s*\d[\d\s-]{4,}\s*-?\s*[a-z]?\s*\)?\W*$)"));
-    return rx;
-}
-
-// The legal forms that end a company's name, written together or across a wrapped line ("… SDN BHD").
-const Regex &legalForm()
-{
-    static const Regex rx(QStringLiteral(
-        R"((?<![\w/])(sdn\.?\s*bhd|bhd|s/b|pte\.?\s*ltd|pvt\.?\s*ltd|pty\.?\s*ltd|ltd|limited|llc|llp|inc|plc|)"
-        R"(gmbh|ag|kg|sarl|sas|s\.a\.?|b\.\s*v|n\.\s*v|s\.\s*l|s\.\s*p\.\s*a|s\.\s*r\.\s*l|corp|)"
-        R"(corporation)\b\.?)"));
-    return rx;
-}
-
-// A document title or an addressee heading: the customer's details may follow it, the seller's come
-// before it.
-const Regex &divider()
-{
-    static const Regex rx(QStringLiteral(
-        R"(^\W*((simplified\s+)?tax\s+invoice|invoice|bill\s*to|sold\s*to|ship\s*to|deliver(y|ed)?\s*to|)"
-        R"(customer)\b)"));
-    return rx;
-}
-
 // A name wrapped over lines: the next lines directly below, as tall, until one holds the legal form
 // that ends the name (at most two more lines).
 TextLine joinWrapped(const QList<TextLine> &page, qsizetype at)
 {
+    const VendorPatterns &p = patterns();
     TextLine joined = page[at];
-    if (legalForm().contains(joined.text))
+    if (p.legalForm.contains(joined.text))
         return joined;
     const TextLine *last = &page[at];
     for (qsizetype i = at + 1; i < page.size() && i <= at + 2; ++i) {
@@ -146,11 +112,11 @@ TextLine joinWrapped(const QList<TextLine> &page, qsizetype at)
         const bool below =
             next.rect.top() > last->rect.top() + 0.5 * h && next.rect.top() - last->rect.bottom() < 0.8 * h;
         const bool asTall = next.rect.height() > 0.65 * h && next.rect.height() < 1.5 * h;
-        if (!below || !asTall || registrationLine().contains(next.text) || Patterns::hasDigit(next.text))
+        if (!below || !asTall || p.registrationLine.contains(next.text) || Patterns::hasDigit(next.text))
             return page[at];
         joined.text += u' ' + next.text.trimmed();
         joined.rect = unitedRect(joined.rect, next.rect);
-        if (legalForm().contains(next.text))
+        if (p.legalForm.contains(next.text))
             return joined;
         last = &next;
     }
@@ -196,7 +162,7 @@ bool isCandidate(const TextLine &line, RuleSet rules)
 // label stands alone ("Name:" and "Muster GmbH" as two lines of one row).
 std::optional<TextLine> nameFieldValue(const QList<TextLine> &page, const TextLine &line)
 {
-    const auto m = nameField().match(line.text);
+    const auto m = patterns().nameField.match(line.text);
     if (!m)
         return std::nullopt;
     const QString value = m->captured(line.text, 1).trimmed();
@@ -218,7 +184,7 @@ std::optional<TextLine> nameFieldValue(const QList<TextLine> &page, const TextLi
 std::optional<Field> nameUnderHeading(const QList<TextLine> &page, RuleSet rules)
 {
     for (qsizetype h = 0; h < page.size(); ++h) {
-        if (!sellerHeading(rules).contains(page[h].text))
+        if (!patterns().sellerHeading(rules).contains(page[h].text))
             continue;
         const QRectF &heading = page[h].rect;
         int looked = 0;
@@ -251,6 +217,7 @@ std::optional<Field> nameUnderHeading(const QList<TextLine> &page, RuleSet rules
 
 Field findVendor(const QList<TextLine> &lines, RuleSet rules)
 {
+    const VendorPatterns &p = patterns();
     Field field = emptyField(QStringLiteral("vendor"), QStringLiteral("Vendor"));
 
     QList<TextLine> firstPage;
@@ -263,7 +230,7 @@ Field findVendor(const QList<TextLine> &lines, RuleSet rules)
     for (const TextLine &line : firstPage) {
         if (!mayBeLabel(line.text, rules))
             continue;
-        if (const auto m = vendorLabel(rules).match(line.text)) {
+        if (const auto m = p.vendorLabel(rules).match(line.text)) {
             field.value = m->captured(line.text, 1).trimmed();
             field.confidence = 0.9;
             field.box = PageBox{0, line.rect};
@@ -281,9 +248,9 @@ Field findVendor(const QList<TextLine> &lines, RuleSet rules)
     double dividerTop = 2;
     for (qsizetype i = 0; i < firstPage.size(); ++i) {
         const TextLine &line = firstPage[i];
-        if (full && dividerTop > 1 && divider().contains(line.text))
+        if (full && dividerTop > 1 && p.divider.contains(line.text))
             dividerTop = line.rect.top();
-        if (isCandidate(line, rules) && !(full && registrationLine().contains(line.text))) {
+        if (isCandidate(line, rules) && !(full && p.registrationLine.contains(line.text))) {
             candidates.append(full ? joinWrapped(firstPage, i) : line);
             if (candidates.size() == maxCandidates)
                 break;
@@ -294,7 +261,7 @@ Field findVendor(const QList<TextLine> &lines, RuleSet rules)
     // The seller prints its name above the title or the addressee; an organisation below them is the
     // customer when one stands above.
     const bool orgAboveDivider = std::any_of(candidates.begin(), candidates.end(), [&](const TextLine &c) {
-        return c.rect.top() < dividerTop && (legalForm().contains(c.text) || looksLikeOrg(c.text));
+        return c.rect.top() < dividerTop && (p.legalForm.contains(c.text) || looksLikeOrg(c.text));
     });
 
     double maxH = 0;
@@ -306,14 +273,14 @@ Field findVendor(const QList<TextLine> &lines, RuleSet rules)
     for (qsizetype i = 0; i < candidates.size(); ++i) {
         const QString &text = candidates[i].text;
         double score = 1.0 / double(i + 1);
-        if (orgSuffix().contains(text))
+        if (p.organisationSuffix.contains(text))
             score += 3.0;
         if (looksLikeOrg(text))
             score += 2.0;
         // Lines without height (all zero) get no height bonus rather than a NaN confidence.
         if (maxH > 0)
             score += 2.0 * (candidates[i].rect.height() / maxH);
-        if (full && legalForm().contains(text))
+        if (full && p.legalForm.contains(text))
             score += 1.0;
         if (full && orgAboveDivider && candidates[i].rect.top() > dividerTop)
             score -= 10.0;

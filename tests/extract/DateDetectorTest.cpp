@@ -19,35 +19,24 @@ struct Form {
 const Form forms[] = {
     {"2024-03-04", "2024-03-04", "2024-03-04", ""},
     {"2024/3/4", "2024-03-04", "2024-03-04", ""},
-    {"2024.03.04", "2024-03-04", "2024-03-04", ""},
     {"03/04/2024", "2024-04-03", "2024-03-04", ""},
     {"4.3.24", "2024-03-04", "2024-04-03", ""},
-    {"04-03-2024", "2024-03-04", "2024-04-03", ""},
-    {"05/05/2024", "2024-05-05", "2024-05-05", ""},
     {"25/12/2024", "2024-12-25", "2024-12-25", ""},
     {"12/25/2024", "2024-12-25", "2024-12-25", ""},
-    {"31.12.99", "1999-12-31", "1999-12-31", ""},
     {"1/2/70", "1970-02-01", "1970-01-02", ""},
     {"1/2/69", "2069-02-01", "2069-01-02", ""},
-    {"1/2/00", "2000-02-01", "2000-01-02", ""},
     {"29/02/2024", "2024-02-29", "2024-02-29", ""},
-    {"(03.04.2024)", "2024-04-03", "2024-03-04", "03.04.2024"},
     {"Date:01/02/2024", "2024-02-01", "2024-01-02", "01/02/2024"},
     {"Issued 12/03/2024 10:30", "2024-03-12", "2024-12-03", "12/03/2024"},
     {"2024-03-04T10:00:00", "2024-03-04", "2024-03-04", "2024-03-04"},
     {"March 5, 2024", "2024-03-05", "2024-03-05", ""},
-    {"Mar 5 2024", "2024-03-05", "2024-03-05", ""},
     {"Mar. 5, 2024", "2024-03-05", "2024-03-05", ""},
     {"5th Mar 2024", "2024-03-05", "2024-03-05", ""},
     {"05-Mar-2024", "2024-03-05", "2024-03-05", ""},
     {"5-Mar-24", "2024-03-05", "2024-03-05", ""},
-    {"5/Mar/2024", "2024-03-05", "2024-03-05", ""},
-    {"15 January 2023", "2023-01-15", "2023-01-15", ""},
     {"Tue, 5 Mar 2024", "2024-03-05", "2024-03-05", ""},
-    {"Thu 7 Mar 2024", "2024-03-07", "2024-03-07", ""},
     {"Tuesday, March 5, 2024", "2024-03-05", "2024-03-05", ""},
     {"1st of April 2024", "2024-04-01", "2024-04-01", ""},
-    {"2nd Feb 2024", "2024-02-02", "2024-02-02", ""},
     {"22nd June 2024", "2024-06-22", "2024-06-22", ""},
     {"Aug 23rd 2023", "2023-08-23", "2023-08-23", ""},
     {"Sept. 3rd, 2024", "2024-09-03", "2024-09-03", ""},
@@ -59,44 +48,31 @@ const Form forms[] = {
     {"Oct 10 12:30", "2025-10-10", "2025-10-10", "Oct 10"},
     {"Due: 7 July, 2024.", "2024-07-07", "2024-07-07", "7 July, 2024"},
     {"01.05.14-x", "2014-05-01", "2014-01-05", "01.05.14"},
-    {"Nov 3 2024, 10 am", "2024-11-03", "2024-11-03", "Nov 3 2024"},
+    // Ranges count UTF-16 code units: text outside the BMP before the date shifts them by two.
+    {"\xF0\x9F\x93\x85 5 Mar 2024", "2024-03-05", "2024-03-05", "5 Mar 2024"},
     // Dates that do not exist, and text that only looks like dates.
     {"31/02/2024", "", "", ""},
     {"29/02/2023", "", "", ""},
-    {"13/13/2024", "", "", ""},
     {"30 Feb 2024", "", "", ""},
     {"Nov 31 2024", "", "", ""},
     {"Feb 29", "", "", ""},
     {"0000-01-01", "", "", ""},
     {"12.50", "", "", ""},
-    {"+1 555 0100", "", "", ""},
     {"+1-555-0100", "", "", ""},
     {"555-123-4567", "", "", ""},
     {"INV-2024-001", "", "", ""},
     {"INV-03-04-2024", "", "", ""},
-    {"10:30", "", "", ""},
-    {"1,234.56", "", "", ""},
     {"1.2.3.4", "", "", ""},
     {"1.03.04.2024", "", "", ""},
-    {"192.168.1.1", "", "", ""},
-    {"555.123.4567", "", "", ""},
     {"1.234.567,89", "", "", ""},
     {"v2.10.24", "", "", ""},
     {"2024-03-04-05", "", "", ""},
-    {"v1.2.3", "", "", ""},
     {"Order 123/45/6789", "", "", ""},
-    {"12/2024", "", "", ""},
     {"May 2024", "", "", ""},
     {"Tuesday", "", "", ""},
-    {"tomorrow", "", "", ""},
     {"Marketing 5", "", "", ""},
     {"Total 5 Decimal", "", "", ""},
 };
-
-void PrintTo(const Form &form, std::ostream *os)
-{
-    *os << form.text;
-}
 
 class DateForms : public testing::TestWithParam<Form> {};
 
@@ -122,7 +98,8 @@ TEST_P(DateForms, ResolvesInBothOrders)
 
 INSTANTIATE_TEST_SUITE_P(Table, DateForms, testing::ValuesIn(forms));
 
-// Several dates in one text come back left to right with their own ranges and forced orders.
+// Several dates in one text come back left to right with their own ranges and forced orders; a range
+// of two dates joined by another separator gives both.
 TEST(DateDetector, SeveralDatesAndForcedOrder)
 {
     const QString text = QStringLiteral("Period 01/03/2024 - 31/03/2024, paid 2 Apr 2024");
@@ -135,34 +112,19 @@ TEST(DateDetector, SeveralDatesAndForcedOrder)
     EXPECT_EQ(found[1].range, (TextRange{20, 10}));
     EXPECT_EQ(found[2].date, QDate(2024, 4, 2));
     EXPECT_FALSE(found[2].onlyOrder.has_value());
+
+    const auto range = DateDetector::find(QStringLiteral("01.05.14-31.05.14"), Order::DayFirst, today);
+    ASSERT_EQ(range.size(), 2);
+    EXPECT_EQ(range[0].date, QDate(2014, 5, 1));
+    EXPECT_EQ(range[1].date, QDate(2014, 5, 31));
+    EXPECT_EQ(range[1].range, (TextRange{9, 8}));
 }
 
-// A range of two dates joined by another separator gives both dates.
-TEST(DateDetector, DateRangeWithOtherSeparator)
-{
-    const auto found = DateDetector::find(QStringLiteral("01.05.14-31.05.14"), Order::DayFirst, today);
-    ASSERT_EQ(found.size(), 2);
-    EXPECT_EQ(found[0].date, QDate(2014, 5, 1));
-    EXPECT_EQ(found[1].date, QDate(2014, 5, 31));
-    EXPECT_EQ(found[1].range, (TextRange{9, 8}));
-}
-
-// Ranges count UTF-16 code units, so text before the date outside the BMP shifts them by two.
-TEST(DateDetector, RangesAreUtf16)
-{
-    const QString text = QString::fromUtf8("\xF0\x9F\x93\x85 5 Mar 2024");
-    const auto found = DateDetector::find(text, Order::DayFirst, today);
-    ASSERT_EQ(found.size(), 1);
-    EXPECT_EQ(found[0].range, (TextRange{3, 10}));
-}
-
-// US English writes the month first; British, German and year-first locales read day first.
+// US English writes the month first; British and year-first locales read day first.
 TEST(DateDetector, OrderForLocale)
 {
     EXPECT_EQ(DateDetector::orderFor(QLocale(QLocale::English, QLocale::UnitedStates)), Order::MonthFirst);
     EXPECT_EQ(DateDetector::orderFor(QLocale(QLocale::English, QLocale::UnitedKingdom)), Order::DayFirst);
-    EXPECT_EQ(DateDetector::orderFor(QLocale(QLocale::German, QLocale::Germany)), Order::DayFirst);
-    EXPECT_EQ(DateDetector::orderFor(QLocale(QLocale::Malay, QLocale::Malaysia)), Order::DayFirst);
     EXPECT_EQ(DateDetector::orderFor(QLocale(QLocale::Japanese, QLocale::Japan)), Order::DayFirst);
 }
 

@@ -15,11 +15,6 @@ struct Case {
     double confidence;
 };
 
-void PrintTo(const Case &c, std::ostream *os)
-{
-    *os << c.name;
-}
-
 class NumberCases : public testing::TestWithParam<Case> {};
 
 // Each rule's confidence and bonus, the date and digit filters, and tie-breaking by order.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "extract/Amounts.h"
+#include "extract/Extractor.h"
 #include "model/Row.h"
 
 #include "support/TestSupport.h"
@@ -33,6 +34,15 @@ inline Extractor::Scan scan(const QList<QStringList> &table, RuleSet rules = Rul
     return Extractor::scanRows(rows, rules);
 }
 
+/// The lines of an invented page: rows of cells 0.04 apart, the cells of a row 0.2 apart.
+inline QList<TextLine> invoice(const QList<QStringList> &table)
+{
+    QList<TextLine> lines;
+    for (qsizetype r = 0; r < table.size(); ++r)
+        lines.append(row(table[r], 0.05 + 0.04 * double(r)).lines);
+    return lines;
+}
+
 /// One line as wide as its text at 0.01 per character, so that boxes are easy to predict.
 inline TextLine lineOf(const QString &text, double x, double y, int page = 0, double height = 0.02)
 {
@@ -46,6 +56,37 @@ inline QList<Row> rowsOf(const QStringList &texts, int page = 0)
     for (qsizetype i = 0; i < texts.size(); ++i)
         rows.append(Row(page, {lineOf(texts[i], 0.1, 0.05 + 0.05 * double(i), page)}));
     return rows;
+}
+
+/// The value of the field `key` in an extraction result, empty when it has none.
+inline QString valueOf(const Extractor::Result &result, const char *key)
+{
+    for (const Field &f : result.fields) {
+        if (f.key == QLatin1String(key))
+            return f.value;
+    }
+    return {};
+}
+
+/// A money field holding `value`, at 0.8 unless empty.
+inline Field money(const char *value)
+{
+    Field field;
+    field.value = QString::fromLatin1(value);
+    field.confidence = *value ? 0.8 : 0.0;
+    return field;
+}
+
+/// Line items with these amounts and nothing else.
+inline QList<LineItem> items(const QStringList &amounts)
+{
+    QList<LineItem> list;
+    for (const QString &amount : amounts) {
+        LineItem item;
+        item.amount = amount;
+        list.append(item);
+    }
+    return list;
 }
 
 } // namespace RowFixtures

@@ -7,95 +7,32 @@ using RowFixtures::scan;
 
 namespace {
 
-// Separate tax lines add up; a tax-total row overrides them; exclusions never count.
-TEST(FindTax, SumsSeparateLinesPrefersTaxTotal)
+// Separate tax lines add up (boxed on the last); a tax-total row overrides them; exclusions never
+// count; a label in a later member line counts, but amounts only come from the label's own row.
+TEST(FindTax, ChoosesTheTaxRows)
 {
-    Field tax = Extractor::findTax(scan({{"Sales tax", "1.50"}, {"City tax", "0.50"}}));
-    EXPECT_EQ(tax.value, QStringLiteral("2.00"));
-    EXPECT_DOUBLE_EQ(tax.confidence, 0.6);
-    ASSERT_TRUE(tax.box);
-    EXPECT_NEAR(tax.box->rect.top(), 0.13, 1e-9); // the last hit, "0.50"
-
-    tax = Extractor::findTax(scan({{"Sales tax", "1.50"}, {"City tax", "0.50"}, {"Total tax", "2.00"}}));
-    EXPECT_EQ(tax.value, QStringLiteral("2.00"));
-    EXPECT_DOUBLE_EQ(tax.confidence, 0.88);
-
-    tax = Extractor::findTax(scan({{"VAT no. GB123456789", "12.00"}, {"Tax rate 8%", "3.00"}}));
-    EXPECT_TRUE(tax.value.isEmpty());
-    EXPECT_EQ(tax.confidence, 0.0);
-
-    tax = Extractor::findTax(scan({{"VAT 20%", "4.00"}}));
-    EXPECT_EQ(tax.value, QStringLiteral("4.00"));
-    EXPECT_DOUBLE_EQ(tax.confidence, 0.82);
-}
-
-// A label in a later member line counts; amounts only come from the label's own row.
-TEST(FindTax, LabelInMemberLineButNeverNextRow)
-{
-    Field tax = Extractor::findTax(scan({{"Thanks!", "GST", "0.70"}}));
-    EXPECT_EQ(tax.value, QStringLiteral("0.70"));
-    tax = Extractor::findTax(scan({{"Tax"}, {"8.00"}}));
-    EXPECT_TRUE(tax.value.isEmpty());
-}
-
-Field money(const char *key, const char *value)
-{
-    Field f = emptyField(QString::fromLatin1(key), QString());
-    f.value = QString::fromLatin1(value);
-    f.confidence = value[0] ? 0.8 : 0.0;
-    return f;
-}
-
-QList<LineItem> items(std::initializer_list<const char *> amounts)
-{
-    QList<LineItem> list;
-    for (const char *a : amounts) {
-        LineItem item;
-        item.amount = QString::fromLatin1(a);
-        list.append(item);
+    // clang-format off
+    const struct {
+        QList<QStringList> rows;
+        const char *value;
+        double confidence;
+    } cases[] = {
+        {{{"Sales tax", "1.50"}, {"City tax", "0.50"}}, "2.00", 0.6},
+        {{{"Sales tax", "1.50"}, {"City tax", "0.50"}, {"Total tax", "2.00"}}, "2.00", 0.88},
+        {{{"VAT no. GB123456789", "12.00"}, {"Tax rate 8%", "3.00"}}, "", 0},
+        {{{"VAT 20%", "4.00"}}, "4.00", 0.82},
+        {{{"Thanks!", "GST", "0.70"}}, "0.70", 0.82},
+        {{{"Tax"}, {"8.00"}}, "", 0},
+    };
+    // clang-format on
+    for (const auto &c : cases) {
+        const Field tax = Extractor::findTax(scan(c.rows));
+        EXPECT_EQ(tax.value, QString::fromLatin1(c.value)) << c.rows.first().join(" | ").toStdString();
+        EXPECT_DOUBLE_EQ(tax.confidence, c.confidence) << c.rows.first().join(" | ").toStdString();
     }
-    return list;
+    const Field summed = Extractor::findTax(scan({{"Sales tax", "1.50"}, {"City tax", "0.50"}}));
+    ASSERT_TRUE(summed.box);
+    EXPECT_NEAR(summed.box->rect.top(), 0.13, 1e-9);
 }
-
-struct ReconcileCase {
-    const char *name;
-    const char *s, *t, *T;
-    QList<LineItem> items;
-    const char *wantS, *wantT, *wantTotal;
-    double confS, confT, confTotal;
-};
-
-class Reconcile : public ::testing::TestWithParam<ReconcileCase> {};
-
-// Missing money fields are derived from the others; agreeing arithmetic raises confidence.
-TEST_P(Reconcile, FillsAndConfirms)
-{
-    const ReconcileCase &c = GetParam();
-    Field s = money("subtotal", c.s), t = money("tax", c.t), T = money("total", c.T);
-    Extractor::reconcile(s, t, T, c.items);
-    EXPECT_EQ(s.value.toStdString(), c.wantS);
-    EXPECT_EQ(t.value.toStdString(), c.wantT);
-    EXPECT_EQ(T.value.toStdString(), c.wantTotal);
-    EXPECT_DOUBLE_EQ(s.confidence, c.confS);
-    EXPECT_DOUBLE_EQ(t.confidence, c.confT);
-    EXPECT_DOUBLE_EQ(T.confidence, c.confTotal);
-}
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Cases, Reconcile,
-    ::testing::Values(
-        ReconcileCase{"AllAgree", "100.00", "8.00", "108.00", {}, "100.00", "8.00", "108.00", 0.97, 0.97, 0.97},
-        ReconcileCase{"TaxFromDifference", "100.00", "", "108.00", {}, "100.00", "8.00", "108.00", 0.8, 0.5, 0.8},
-        ReconcileCase{"ZeroTaxNeverNegativeZero", "100.00", "", "100.00", {}, "100.00", "0.00", "100.00", 0.8, 0.5, 0.8},
-        ReconcileCase{"DiscountShowsAsNegativeTax", "100.00", "", "95.00", {}, "100.00", "-5.00", "95.00", 0.8, 0.5, 0.8},
-        ReconcileCase{"SubtotalFromTotalLessTax", "", "8.00", "108.00", {}, "100.00", "8.00", "108.00", 0.5, 0.8, 0.8},
-        ReconcileCase{"TotalFromSubtotalPlusTax", "100.00", "8.00", "", {}, "100.00", "8.00", "108.00", 0.8, 0.8, 0.5},
-        ReconcileCase{"ItemsConfirmTotalAndGiveSubtotal", "", "", "60.00", items({"20.00", "40.00"}), "60.00", "", "60.00", 0.5, 0.0, 0.95},
-        ReconcileCase{"ItemsWithinTolerance", "60.00", "", "", items({"20.00", "40.01"}), "60.00", "", "", 0.95, 0.0, 0.0},
-        ReconcileCase{"ItemsOnlyGiveSubtotal", "", "", "", items({"2.50", "x"}), "2.50", "", "", 0.5, 0.0, 0.0},
-        ReconcileCase{"NothingToDo", "", "", "", {}, "", "", "", 0.0, 0.0, 0.0},
-        ReconcileCase{"UnparseableSubtotalLeftAlone", "abc", "", "", items({"3.00"}), "abc", "", "", 0.8, 0.0, 0.0}),
-    [](const auto &info) { return std::string(info.param.name); });
-// clang-format on
 
 } // namespace

@@ -28,85 +28,77 @@ TEST(Vendor, LabelWins)
     EXPECT_EQ(field.box, (PageBox{0, label.rect}));
 }
 
-// The label needs two characters after the separator, blanks included: "Vendor:A" is no label, while
-// "Vendor: A" is (the blank counts) and blanks alone give an empty value.
-TEST(Vendor, LabelValueLength)
+struct VendorCase {
+    const char *name;
+    QStringList lines;
+    const char *vendor;
+    double confidence; ///< -1: not checked
+    RuleSet rules = RuleSet::Core;
+};
+
+class FindVendor : public testing::TestWithParam<VendorCase> {};
+
+// Labels need two characters after the separator; headings, contact and address lines, long or
+// digit-heavy lines are never candidates (the address rule is case-sensitive); organisations and the
+// topmost line win, among the first twelve candidates. The full rules skip registration lines, join a
+// name wrapped down to its legal form and prefer the seller above a title or addressee heading.
+TEST_P(FindVendor, ChoosesTheVendor)
 {
-    EXPECT_EQ(Extractor::findVendor(stack({"Vendor:A", "Plain Name"})).value, QStringLiteral("Vendor:A"));
-    const Field spaced = Extractor::findVendor(stack({"Plain Name", "Vendor: A"}));
-    EXPECT_EQ(spaced.value, QStringLiteral("A"));
-    EXPECT_DOUBLE_EQ(spaced.confidence, 0.9);
-    const Field blank = Extractor::findVendor(stack({"Plain Name", "Vendor:   "}));
-    EXPECT_EQ(blank.value, QString());
-    EXPECT_DOUBLE_EQ(blank.confidence, 0.9);
-    EXPECT_TRUE(blank.box.has_value());
+    const VendorCase &c = GetParam();
+    const Field field = Extractor::findVendor(stack(c.lines), c.rules);
+    EXPECT_EQ(field.value, QString::fromUtf8(c.vendor));
+    if (c.confidence >= 0) {
+        EXPECT_DOUBLE_EQ(field.confidence, c.confidence);
+        EXPECT_EQ(field.box.has_value(), c.confidence > 0);
+    }
 }
 
-// Only the first page counts, for labels and candidates alike.
-TEST(Vendor, FirstPageOnly)
+// clang-format off
+const VendorCase cases[] = {
+    {"LabelNeedsTwoCharacters", {"Vendor:A", "Plain Name"}, "Vendor:A", -1},
+    {"LabelBlankCounts", {"Plain Name", "Vendor: A"}, "A", 0.9},
+    {"LabelBlanksOnly", {"Plain Name", "Vendor:   "}, "", 0.9},
+    {"Title", {"INVOICE"}, "", 0},
+    {"TaxTitle", {"Tax Invoice"}, "", 0},
+    {"Addressee", {"Bill To"}, "", 0},
+    {"PageNumber", {"Page 1 of 2"}, "", 0},
+    {"Hash", {"# 12345"}, "", 0},
+    {"Email", {"Write to sales@acme.com"}, "", 0},
+    {"Street", {"123 main street"}, "", 0},
+    {"StateAndZip", {"Springfield, IL 62704"}, "", 0},
+    {"PostBox", {"PO Box 77 Town"}, "", 0},
+    {"TooFewLetters", {"Ab 1"}, "", 0},
+    {"DigitHeavy", {"A1B2C3"}, "", 0},
+    {"SixtyOneCharacters", {"This line is exactly sixty-one characters long, so no vendor."}, "", 0},
+    {"SixtyCharacters", {"This line is exactly sixty characters long, a vendor at last"}, "This line is exactly sixty characters long, a vendor at last", -1},
+    {"LowerCaseStateIsNoAddress", {"springfield, il 62704"}, "springfield, il 62704", -1},
+    {"CapitalisedStreetIsNoAddress", {"123 Main Street"}, "123 Main Street", -1},
+    {"TopmostWinsTie", {"Plain Name", "Other Words"}, "Plain Name", 0.6},
+    {"OrganisationLifted", {"John Smith", "Golden Bakery"}, "Golden Bakery", -1},
+    {"SuffixCapsConfidence", {"John Smith", "Acme Supplies Ltd"}, "Acme Supplies Ltd", 0.92},
+    {"TwelveCandidates", QStringList(12, QStringLiteral("Plain Words")) << "Acme Supplies Ltd", "Plain Words", -1},
+    {"RegistrationLinesSkipped", {"(CO. REG: 99821-K)", "USt-IdNr. DE123", "Kedai Runcit Maju", "(554433-W)"}, "Kedai Runcit Maju", -1, RuleSet::Full},
+    {"WrappedNameJoined", {"PERNIAGAAN BINTANG", "TIMUR SDN BHD", "12, Jalan Mawar"}, "PERNIAGAAN BINTANG TIMUR SDN BHD", -1, RuleSet::Full},
+    {"NoJoinWithoutLegalForm", {"Toko Sinar", "Jalan Besar", "Phone 555"}, "Toko Sinar", -1, RuleSet::Full},
+    {"SellerAboveTitle", {"Roti Emas S/B", "TAX INVOICE", "BILL TO", "Kilang Besar Industries Bhd"}, "Roti Emas S/B", -1, RuleSet::Full},
+};
+// clang-format on
+
+INSTANTIATE_TEST_SUITE_P(Table, FindVendor, testing::ValuesIn(cases),
+                         [](const auto &info) { return std::string(info.param.name); });
+
+// Only the first page and its upper 45% count, for labels and candidates alike.
+TEST(Vendor, FirstPageUpperPartOnly)
 {
     QList<TextLine> lines = stack({"Plain Name"});
     lines.append(stack({"Supplier: Other Ltd"}, 0.02, 1));
     EXPECT_EQ(Extractor::findVendor(lines).value, QStringLiteral("Plain Name"));
     EXPECT_TRUE(Extractor::findVendor(stack({"Plain Name"}, 0.02, 1)).value.isEmpty());
-}
-
-class NotCandidate : public testing::TestWithParam<const char *> {};
-
-// Headings, contact and address lines, long or digit-heavy lines are never the vendor.
-TEST_P(NotCandidate, Rejected)
-{
-    const Field field = Extractor::findVendor(stack({QString::fromUtf8(GetParam())}));
-    EXPECT_TRUE(field.value.isEmpty()) << GetParam();
-    EXPECT_DOUBLE_EQ(field.confidence, 0);
-    EXPECT_FALSE(field.box.has_value());
-}
-
-INSTANTIATE_TEST_SUITE_P(Table, NotCandidate,
-                         testing::Values("INVOICE", "Tax Invoice", "Bill To", "Page 1 of 2", "# 12345",
-                                         "Write to sales@acme.com", "123 main street", "12 Elm way",
-                                         "Springfield, IL 62704", "PO Box 77 Town", "Ab 1", "A1B2C3",
-                                         "Phone: 555 0100",
-                                         "This line is exactly sixty-one characters long, so no vendor."));
-
-// The address rule is case-sensitive: a lower-case state code, and a capitalised street word, are not
-// addresses, so those lines stay candidates; a 60-character line is still allowed.
-TEST(Vendor, BoundaryCandidates)
-{
-    EXPECT_EQ(Extractor::findVendor(stack({"springfield, il 62704"})).value,
-              QStringLiteral("springfield, il 62704"));
-    EXPECT_EQ(Extractor::findVendor(stack({"123 Main Street"})).value, QStringLiteral("123 Main Street"));
-    const QString sixty = QStringLiteral("This line is exactly sixty characters long, a vendor at last");
-    ASSERT_EQ(sixty.size(), 60);
-    EXPECT_EQ(Extractor::findVendor(stack({sixty})).value, sixty);
-}
-
-// Lines below 45% of the page are not candidates.
-TEST(Vendor, UpperPageOnly)
-{
     EXPECT_TRUE(Extractor::findVendor(stack({"Plain Name"}, 0.45)).value.isEmpty());
 }
 
-// Equal heights and no hints: the topmost line wins with score 3 and confidence 0.6.
-TEST(Vendor, TopmostWinsTie)
-{
-    const Field field = Extractor::findVendor(stack({"Plain Name", "Other Words"}));
-    EXPECT_EQ(field.value, QStringLiteral("Plain Name"));
-    EXPECT_DOUBLE_EQ(field.confidence, 0.6);
-}
-
-// A company below a person's name wins through the organisation tagger; a suffix adds even more and the
-// confidence stays capped.
-TEST(Vendor, OrganisationLifted)
-{
-    EXPECT_EQ(Extractor::findVendor(stack({"John Smith", "Golden Bakery"})).value,
-              QStringLiteral("Golden Bakery"));
-    const Field capped = Extractor::findVendor(stack({"John Smith", "Acme Supplies Ltd"}));
-    EXPECT_EQ(capped.value, QStringLiteral("Acme Supplies Ltd"));
-    EXPECT_DOUBLE_EQ(capped.confidence, 0.92);
-}
-
-// The tallest line gets the height bonus; lines with equal tops are read left to right.
+// The tallest line gets the height bonus; lines with equal tops are read left to right; lines without
+// height give a finite confidence.
 TEST(Vendor, HeightAndReadingOrder)
 {
     QList<TextLine> lines{lineOf(QStringLiteral("Small Print"), 0.1, 0.02, 0, 0.01),
@@ -115,56 +107,9 @@ TEST(Vendor, HeightAndReadingOrder)
     const QList<TextLine> row{lineOf(QStringLiteral("Right Side"), 0.6, 0.02),
                               lineOf(QStringLiteral("Left Side"), 0.1, 0.02)};
     EXPECT_EQ(Extractor::findVendor(row).value, QStringLiteral("Left Side"));
+    const Field flat = Extractor::findVendor({lineOf(QStringLiteral("Plain Name"), 0.1, 0.1, 0, 0)});
+    EXPECT_EQ(flat.value, QStringLiteral("Plain Name"));
+    EXPECT_DOUBLE_EQ(flat.confidence, 0.4);
 }
-
-// Only the first twelve candidates are scored, so a company further down cannot win.
-TEST(Vendor, TwelveCandidates)
-{
-    QStringList texts;
-    for (int i = 0; i < 12; ++i)
-        texts.append(QStringLiteral("Plain Words"));
-    texts.append(QStringLiteral("Acme Supplies Ltd"));
-    EXPECT_EQ(Extractor::findVendor(stack(texts, 0.01)).value, QStringLiteral("Plain Words"));
-}
-
-// Lines without height do not crash and give a finite confidence.
-TEST(Vendor, ZeroHeights)
-{
-    const Field field = Extractor::findVendor({lineOf(QStringLiteral("Plain Name"), 0.1, 0.1, 0, 0)});
-    EXPECT_EQ(field.value, QStringLiteral("Plain Name"));
-    EXPECT_DOUBLE_EQ(field.confidence, 0.4);
-}
-
-struct FullVendorCase {
-    const char *name;
-    QStringList lines;
-    const char *vendor;
-};
-
-class FullVendor : public testing::TestWithParam<FullVendorCase> {};
-
-// Full rules: registration lines are never the vendor, a name wrapped down to its legal form is joined,
-// and the seller above a title or addressee heading beats a customer company below it.
-TEST_P(FullVendor, FindsTheSeller)
-{
-    const FullVendorCase &c = GetParam();
-    EXPECT_EQ(Extractor::findVendor(stack(c.lines), RuleSet::Full).value, QString::fromUtf8(c.vendor));
-}
-
-const FullVendorCase fullVendorCases[] = {
-    {"RegistrationLinesSkipped",
-     {"(CO. REG: 99821-K)", "USt-IdNr. DE123", "Kedai Runcit Maju", "(554433-W)"},
-     "Kedai Runcit Maju"},
-    {"WrappedNameJoined",
-     {"PERNIAGAAN BINTANG", "TIMUR SDN BHD", "12, Jalan Mawar"},
-     "PERNIAGAAN BINTANG TIMUR SDN BHD"},
-    {"NoJoinWithoutLegalForm", {"Toko Sinar", "Jalan Besar", "Phone 555"}, "Toko Sinar"},
-    {"SellerAboveTitle",
-     {"Roti Emas S/B", "TAX INVOICE", "BILL TO", "Kilang Besar Industries Bhd"},
-     "Roti Emas S/B"},
-};
-
-INSTANTIATE_TEST_SUITE_P(Table, FullVendor, testing::ValuesIn(fullVendorCases),
-                         [](const auto &info) { return std::string(info.param.name); });
 
 } // namespace
