@@ -3,8 +3,6 @@
 #include "store/Store.h"
 #include "support/TestSupport.h"
 
-#include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QMutex>
 #include <QTemporaryDir>
@@ -18,30 +16,30 @@ class FakeLoader {
     struct State {
         QMutex mutex;
         QWaitCondition wake;
-        bool held = false;
-        int permits = 0;
+        int permits = -1;  ///< runs that may still start; -1: any number
         QStringList calls; ///< file names in the order their runs started
         Pipeline::Report lastReport;
     };
     std::shared_ptr<State> s = std::make_shared<State>();
-
-public:
     template <class F> auto locked(F f) const
     {
         QMutexLocker lock(&s->mutex);
+        s->wake.wakeAll();
         return f(*s);
     }
+
+public:
     void hold()
     {
-        locked([](State &s) { s.held = true; });
-    }
-    void release()
-    {
-        locked([](State &s) { s.held = false, s.wake.wakeAll(); });
+        locked([](State &s) { s.permits = 0; });
     }
     void step()
     {
-        locked([](State &s) { ++s.permits, s.wake.wakeAll(); });
+        locked([](State &s) { ++s.permits; });
+    }
+    void release()
+    {
+        locked([](State &s) { s.permits = -1; });
     }
     QStringList calls() const
     {
@@ -59,12 +57,10 @@ public:
             QMutexLocker lock(&s->mutex);
             s->calls.append(QFileInfo(path).fileName());
             s->lastReport = report;
-            while (s->held && s->permits == 0)
+            while (s->permits == 0)
                 s->wake.wait(&s->mutex);
-            s->permits -= s->held;
-            QFile file(path);
-            const QString text =
-                file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+            s->permits -= s->permits > 0;
+            const QString text = QString::fromUtf8(readFile(path));
             if (text.startsWith(u'!'))
                 return TabrixError{text.mid(1)};
             auto page = std::make_shared<PageData>();
@@ -135,12 +131,5 @@ protected:
         store->add(makeFiles(names));
         EXPECT_TRUE(idle());
         return store->docs();
-    }
-    QStringList names() const
-    {
-        QStringList out;
-        for (const DocPtr &d : store->docs())
-            out.append(d->fileName());
-        return out;
     }
 };
