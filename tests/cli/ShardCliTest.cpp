@@ -1,5 +1,4 @@
 #include "CliRunner.h"
-#include "support/TestSupport.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,8 +10,6 @@
 #include <memory>
 
 namespace {
-
-const QString samples = QStringLiteral(TABRIX_SOURCE_DIR "/samples/documents");
 
 CliRun merge(const QStringList &files, const QStringList &options = {})
 {
@@ -142,16 +139,6 @@ TEST(JsonlCli, FailedDocumentsDuplicatesAndBadInput)
     merged = merge({out});
     EXPECT_EQ(merged.exitCode, 1);
     EXPECT_TRUE(merged.err.contains(out.toUtf8() + ":1: not a line of tabrix-cli --format jsonl"));
-
-    for (const QStringList &args :
-         {QStringList{"--shard", "0/3", samples}, QStringList{"--shard", "4/3", samples},
-          QStringList{"--shard", "1/", samples}, QStringList{"--merge"},
-          QStringList{"--merge", "--format", "jsonl", out}, QStringList{"--merge", "--shard", "1/2", out},
-          QStringList{"--merge", dir.filePath("missing.jsonl")}}) {
-        merged = runCli(args);
-        EXPECT_EQ(merged.exitCode, 1) << args.join(' ').toStdString();
-        EXPECT_TRUE(merged.out.isEmpty());
-    }
 }
 
 } // namespace
