@@ -8,25 +8,6 @@
 
 namespace {
 
-// Folders expand as in the app, a file named twice is read once, and results follow queue order
-// whatever the number of jobs.
-TEST(BatchCli, ExportsInQueueOrderAndReadsEachFileOnce)
-{
-    const QString pdf = samples + "/bluepeak-invoice.pdf";
-    const CliRun one = runCli({"--jobs", "1", "--quiet", samples, pdf, samples + "/./bluepeak-invoice.pdf"});
-    ASSERT_EQ(one.exitCode, 0) << one.err.toStdString();
-    EXPECT_TRUE(one.err.isEmpty());
-    const QJsonArray docs = QJsonDocument::fromJson(one.out).array();
-    ASSERT_EQ(docs.size(), 5);
-    EXPECT_EQ(docs[0].toObject().value("file").toString(), QStringLiteral("atelier-invoice-scan.png"));
-    EXPECT_EQ(docs[1].toObject().value("path").toString(), QDir::cleanPath(pdf));
-    EXPECT_EQ(docs[1].toObject().value("total").toDouble(), 176.31);
-    EXPECT_EQ(docs[1].toObject().value("number").toString(), QStringLiteral("BP-2024-0387"));
-
-    const CliRun two = runCli({"--jobs", "2", "--quiet", samples});
-    EXPECT_EQ(two.out, one.out);
-}
-
 // Every refused invocation, of every mode, exits 1 with its message and writes nothing on standard
 // output: usage errors, nothing supported, bad definitions, unreadable inputs and failed writes.
 TEST(Cli, RefusalsExitOneWithTheirMessage)
@@ -66,25 +47,6 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
         EXPECT_TRUE(run.out.isEmpty()) << c.args.join(' ').toStdString();
         EXPECT_TRUE(run.err.contains(c.err.toUtf8())) << run.err.toStdString();
     }
-}
-
-// Custom definitions from a file become columns; xlsx goes to the named file.
-TEST(BatchCli, CustomFieldsAndWorkbookOutput)
-{
-    QTemporaryDir dir;
-    writeFile(
-        dir.filePath("defs.json"),
-        R"json([{"id": "6F1E2D3C-4B5A-4978-8695-A4B3C2D1E0F9", "isRegex": true, "name": "Terms", "pattern": "Terms:\\s*(.+)"}])json");
-    const QString pdf = samples + "/northwind-invoice.pdf";
-    CliRun run = runCli({"--quiet", "--custom-fields", dir.filePath("defs.json"), "--format", "tsv", pdf});
-    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    const QList<QByteArray> lines = run.out.split('\n');
-    EXPECT_TRUE(lines[0].endsWith("\tTerms"));
-    EXPECT_TRUE(lines[1].contains("\tNet 30."));
-
-    run = runCli({"--quiet", "--format", "xlsx", "--output", dir.filePath("out.xlsx"), pdf});
-    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    EXPECT_TRUE(readFile(dir.filePath("out.xlsx")).startsWith("PK"));
 }
 
 // Every input that cannot be read is a failure of its own, named on one line with its cause even when
