@@ -11,7 +11,7 @@
 
 /// A loader standing in for the intake pipeline: a file holding "!message" fails with that message,
 /// any other file gives one page with a text line per line of the file. hold() makes every run wait at
-/// its start until step() lets one go or release() all. Thread-safe; copies share their state.
+/// its start until step() lets the next one go or release() all. Thread-safe; copies share their state.
 class FakeLoader {
     struct State {
         QMutex mutex;
@@ -21,34 +21,27 @@ class FakeLoader {
         Pipeline::Report lastReport;
     };
     std::shared_ptr<State> s = std::make_shared<State>();
-    template <class F> auto locked(F f) const
+    void allow(int runs)
     {
         QMutexLocker lock(&s->mutex);
+        s->permits = runs;
         s->wake.wakeAll();
-        return f(*s);
     }
 
 public:
-    void hold()
-    {
-        locked([](State &s) { s.permits = 0; });
-    }
-    void step()
-    {
-        locked([](State &s) { ++s.permits; });
-    }
-    void release()
-    {
-        locked([](State &s) { s.permits = -1; });
-    }
+    void hold() { allow(0); }
+    void step() { allow(1); }
+    void release() { allow(-1); }
     QStringList calls() const
     {
-        return locked([](State &s) { return s.calls; });
+        QMutexLocker lock(&s->mutex);
+        return s->calls;
     }
     /// The progress callback of the latest run, still callable after that run ended.
     Pipeline::Report lastReport() const
     {
-        return locked([](State &s) { return s.lastReport; });
+        QMutexLocker lock(&s->mutex);
+        return s->lastReport;
     }
 
     Processing::Loader loader() const
