@@ -38,7 +38,15 @@ QMap<QByteArray, QByteArray> unzip(const QByteArray &archiveBytes)
 TEST(ExportXlsx, ColumnNames)
 {
     // clang-format off
-    const QList<QPair<int, QString>> cases{{0, "A"}, {25, "Z"}, {26, "AA"}, {27, "AB"}, {701, "ZZ"}, {702, "AAA"}, {-1, ""}};
+    const QList<QPair<int, QString>> cases{
+        {0, "A"},
+        {25, "Z"},
+        {26, "AA"},
+        {27, "AB"},
+        {701, "ZZ"},
+        {702, "AAA"},
+        {-1, ""},
+    };
     // clang-format on
     for (const auto &[index, name] : cases)
         EXPECT_EQ(Exporter::colName(index), name) << index;
