@@ -16,6 +16,14 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
     writeFile(dir.filePath("notes.txt"), "hello");
     writeFile(dir.filePath("broken.pdf"), "not a pdf");
     writeFile(dir.filePath("defs.json"), R"([{"id": "x", "isRegex": false, "name": "", "pattern": ""}])");
+    // Lines of failed documents: one without a path, and lists of files that do not match (other counts,
+    // one index naming two files).
+    const QString form = dir.filePath("form.jsonl"), counts = dir.filePath("counts.jsonl"),
+                  paths = dir.filePath("paths.jsonl");
+    const QByteArray first = R"({"count":2,"error":"x","index":0,"path":"/a.pdf"})";
+    writeFile(form, "{\"index\": 0}\n");
+    writeFile(counts, first + '\n' + R"({"count":3,"error":"x","index":1,"path":"/b.pdf"})" + '\n');
+    writeFile(paths, first + '\n' + R"({"count":2,"error":"x","index":0,"path":"/b.pdf"})" + '\n');
     const QString pdf = samples + "/bluepeak-invoice.pdf", none = dir.filePath("none.json");
     // clang-format off
     const struct { QStringList args; QString err; } cases[] = {
@@ -33,6 +41,9 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
         {{"--merge", "--format", "jsonl", none}, "--merge writes json, csv, tsv or xlsx and takes no --shard"},
         {{"--merge", "--shard", "1/2", none}, "--merge writes json, csv, tsv or xlsx and takes no --shard"},
         {{"--merge", none}, "cannot read " + none},
+        {{"--merge", form}, form + ":1: not a line of tabrix-cli --format jsonl"},
+        {{"--merge", counts}, counts + ":2: written for another list of files"},
+        {{"--merge", paths}, paths + ":2: written for another list of files"},
         {{dir.filePath("notes.txt")}, "No supported files found. Tabrix reads PDF, PNG, JPEG, HEIC and TIFF files."},
         {{"--custom-fields", dir.filePath("defs.json"), pdf}, "That file isn't a Tabrix custom-fields JSON file."},
         {{"--custom-fields", none, pdf}, none + ": No such file or directory"},
