@@ -1,148 +1,101 @@
 #include "CliRunner.h"
-#include "support/TestSupport.h"
 
 #include <QDir>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <cstdio>
 #include <gtest/gtest.h>
 
 namespace {
 
-const QString samples = QStringLiteral(TABRIX_SOURCE_DIR "/samples/documents");
-
-// Folders expand as in the app, a file named twice is read once, and results follow queue order
-// whatever the number of jobs.
-TEST(BatchCli, ExportsInQueueOrderAndReadsEachFileOnce)
-{
-    const QString pdf = samples + "/bluepeak-invoice.pdf";
-    const CliRun one = runCli({"--jobs", "1", "--quiet", samples, pdf, samples + "/./bluepeak-invoice.pdf"});
-    ASSERT_EQ(one.exitCode, 0) << one.err.toStdString();
-    EXPECT_TRUE(one.err.isEmpty());
-    const QJsonArray docs = QJsonDocument::fromJson(one.out).array();
-    ASSERT_EQ(docs.size(), 5);
-    EXPECT_EQ(docs[0].toObject().value("file").toString(), QStringLiteral("atelier-invoice-scan.png"));
-    EXPECT_EQ(docs[1].toObject().value("path").toString(), QDir::cleanPath(pdf));
-    EXPECT_EQ(docs[1].toObject().value("total").toDouble(), 176.31);
-    EXPECT_EQ(docs[1].toObject().value("number").toString(), QStringLiteral("BP-2024-0387"));
-
-    const CliRun two = runCli({"--jobs", "2", "--quiet", samples});
-    EXPECT_EQ(two.out, one.out);
-}
-
-// A failed document is reported (even with --quiet) and left out; the rest is exported with status 2.
-TEST(BatchCli, FailedDocumentsAreReportedAndLeftOut)
-{
-    QTemporaryDir dir;
-    writeFile(dir.filePath("broken.pdf"), "not a pdf");
-    QFile::copy(samples + "/bluepeak-invoice.pdf", dir.filePath("good.pdf"));
-    const CliRun run = runCli({"--quiet", "--format", "csv", dir.path()});
-    EXPECT_EQ(run.exitCode, 2);
-    EXPECT_TRUE(run.err.contains(dir.filePath("broken.pdf").toUtf8() + ": Failed: Can't open PDF"));
-    EXPECT_TRUE(run.out.startsWith("\xEF\xBB\xBF"
-                                   "File,Vendor,"));
-    EXPECT_EQ(run.out.count("\r\n"), 2); // header and the good document
-
-    const CliRun allFailed = runCli({"--quiet", dir.filePath("broken.pdf")});
-    EXPECT_EQ(allFailed.exitCode, 2);
-    EXPECT_EQ(allFailed.out.trimmed(), QByteArray("[]"));
-}
-
-// Usage errors, nothing supported and bad definition files exit 1 with the app's messages.
-TEST(BatchCli, RefusesBadInvocations)
+// Every refused invocation, of every mode, exits 1 with its message and writes nothing on standard
+// output: usage errors, nothing supported, bad definitions, unreadable inputs and failed writes.
+TEST(Cli, RefusalsExitOneWithTheirMessage)
 {
     QTemporaryDir dir;
     writeFile(dir.filePath("notes.txt"), "hello");
-    CliRun run = runCli({dir.path()});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(
-        run.err.contains("No supported files found. Tabrix reads PDF, PNG, JPEG, HEIC and TIFF files."));
-
+    writeFile(dir.filePath("broken.pdf"), "not a pdf");
     writeFile(dir.filePath("defs.json"), R"([{"id": "x", "isRegex": false, "name": "", "pattern": ""}])");
-    run = runCli({"--custom-fields", dir.filePath("defs.json"), samples});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.err.contains("That file isn't a Tabrix custom-fields JSON file."));
-    run = runCli({"--custom-fields", dir.filePath("none.json"), samples});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.err.trimmed(), dir.filePath("none.json").toUtf8() + ": No such file or directory");
-
-    for (const QStringList &args :
-         {QStringList{"--format", "pdf", samples}, QStringList{"--format", "xlsx", samples},
-          QStringList{"--jobs", "0", samples}, QStringList{"--bogus"}, QStringList{}}) {
-        run = runCli(args);
-        EXPECT_EQ(run.exitCode, 1) << args.join(' ').toStdString();
-        EXPECT_TRUE(run.out.isEmpty());
+    // Lines of failed documents: one without a path, and lists of files that do not match (other counts,
+    // one index naming two files).
+    const QString form = dir.filePath("form.jsonl"), counts = dir.filePath("counts.jsonl"),
+                  paths = dir.filePath("paths.jsonl");
+    const QByteArray first = R"({"count":2,"error":"x","index":0,"path":"/a.pdf"})";
+    writeFile(form, "{\"index\": 0}\n");
+    writeFile(counts, first + '\n' + R"({"count":3,"error":"x","index":1,"path":"/b.pdf"})" + '\n');
+    writeFile(paths, first + '\n' + R"({"count":2,"error":"x","index":0,"path":"/b.pdf"})" + '\n');
+    const QString pdf = samples + "/bluepeak-invoice.pdf", none = dir.filePath("none.json");
+    // clang-format off
+    const struct { QStringList args; QString err; } cases[] = {
+        {{}, "no PATH given"},
+        {{"--bogus", pdf}, "unknown option --bogus"},
+        {{"--format", "pdf", pdf}, "--format must be json, csv, tsv, xlsx or jsonl"},
+        {{"--format", "xlsx", pdf}, "--format xlsx requires --output FILE"},
+        {{"--layout", "page", pdf}, "--layout must be document or line-item"},
+        {{"--jobs", "0", pdf}, "--jobs needs a whole number of at least 1"},
+        {{"--rules", "all", pdf}, "--rules must be core or full"},
+        {{"--shard", "0/3", pdf}, "--shard needs K/N"},
+        {{"--shard", "4/3", pdf}, "--shard needs K/N"},
+        {{"--shard", "1/", pdf}, "--shard needs K/N"},
+        {{"--merge"}, "--merge needs the jsonl FILEs to combine"},
+        {{"--merge", "--format", "jsonl", none}, "--merge writes json, csv, tsv or xlsx and takes no --shard"},
+        {{"--merge", "--shard", "1/2", none}, "--merge writes json, csv, tsv or xlsx and takes no --shard"},
+        {{"--merge", none}, "cannot read " + none},
+        {{"--merge", form}, form + ":1: not a line of tabrix-cli --format jsonl"},
+        {{"--merge", counts}, counts + ":2: written for another list of files"},
+        {{"--merge", paths}, paths + ":2: written for another list of files"},
+        {{dir.filePath("notes.txt")}, "No supported files found. Tabrix reads PDF, PNG, JPEG, HEIC and TIFF files."},
+        {{"--custom-fields", dir.filePath("defs.json"), pdf}, "That file isn't a Tabrix custom-fields JSON file."},
+        {{"--custom-fields", none, pdf}, none + ": No such file or directory"},
+        {{"--output", dir.filePath("no/such/folder/out.json"), pdf}, "tabrix-cli: Export failed: "},
+        {{"--lines", none}, "cannot read " + none},
+        {{"--dump-lines", dir.filePath("broken.pdf")}, dir.filePath("broken.pdf") + ": Failed: Can't open PDF"},
+    };
+    // clang-format on
+    for (const auto &c : cases) {
+        const CliRun run = runCli(c.args);
+        EXPECT_EQ(run.exitCode, 1) << c.args.join(' ').toStdString();
+        EXPECT_TRUE(run.out.isEmpty()) << c.args.join(' ').toStdString();
+        EXPECT_TRUE(run.err.contains(c.err.toUtf8())) << run.err.toStdString();
     }
 }
 
-// Custom definitions from a file become columns; xlsx goes to the named file.
-TEST(BatchCli, CustomFieldsAndWorkbookOutput)
-{
-    QTemporaryDir dir;
-    writeFile(
-        dir.filePath("defs.json"),
-        R"json([{"id": "6F1E2D3C-4B5A-4978-8695-A4B3C2D1E0F9", "isRegex": true, "name": "Terms", "pattern": "Terms:\\s*(.+)"}])json");
-    const QString pdf = samples + "/northwind-invoice.pdf";
-    CliRun run = runCli({"--quiet", "--custom-fields", dir.filePath("defs.json"), "--format", "tsv", pdf});
-    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    const QList<QByteArray> lines = run.out.split('\n');
-    EXPECT_TRUE(lines[0].endsWith("\tTerms"));
-    EXPECT_TRUE(lines[1].contains("\tNet 30."));
-
-    run = runCli({"--quiet", "--format", "xlsx", "--output", dir.filePath("out.xlsx"), pdf});
-    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    QFile xlsx(dir.filePath("out.xlsx"));
-    ASSERT_TRUE(xlsx.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(xlsx.read(2) == "PK");
-
-    run = runCli({"--quiet", "--output", dir.filePath("no/such/folder/out.json"), pdf});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.err.contains("Export failed: "));
-}
-
-// Every input that cannot be read is a failure of its own, named on one line with its cause, while the
-// rest of the batch is read: a missing path, a named pipe (which must not block), a name with a newline,
-// and a name that is not UTF-8 (read, and shown with the byte escaped).
+// Every input that cannot be read is a failure of its own, named on one line with its cause even when
+// quiet, while the rest of the batch is exported with status 2 (also when nothing is left): a missing path,
+// a named pipe (which must not block), a name with a newline, and a name that is not UTF-8 (read, and
+// shown with the byte escaped).
 TEST(BatchCli, UnreadableInputsFailOneByOne)
 {
     QTemporaryDir dir;
-    const QByteArray folder = QFile::encodeName(dir.filePath("in"));
+    const QByteArray base = QFile::encodeName(dir.path()), folder = base + "/in";
     QDir().mkpath(dir.filePath("in"));
-    QFile pdf(samples + "/bluepeak-invoice.pdf");
-    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
-    const QByteArray bytes = pdf.readAll();
-    for (const QByteArray &name : {QByteArray("invoice-\xff.pdf"), QByteArray("bad\xfe.pdf")}) {
-        std::FILE *file = std::fopen(folder + "/" + name, "wb");
+    const QByteArray pdf = readFile(samples + "/bluepeak-invoice.pdf");
+    const QList<QByteArray> unspellable{folder + "/invoice-\xff.pdf", folder + "/bad\xfe.pdf"};
+    for (const QByteArray &name : unspellable) {
+        std::FILE *file = std::fopen(name, "wb");
         ASSERT_TRUE(file);
-        if (name.startsWith("invoice"))
-            std::fwrite(bytes.constData(), 1, size_t(bytes.size()), file);
+        if (name.contains("invoice"))
+            std::fwrite(pdf.constData(), 1, size_t(pdf.size()), file);
         std::fclose(file);
     }
-    QFile png(samples + "/atelier-invoice-scan.png");
-    ASSERT_TRUE(png.open(QIODevice::ReadOnly));
-    writeFile(dir.filePath("in/cut.png"), png.read(2000));
     writeFile(dir.filePath("two\nlines.pdf"), "");
     ASSERT_EQ(QProcess::execute("mkfifo", {dir.filePath("pipe.pdf")}), 0);
 
     const CliRun run = runCli({"--quiet", "--jobs", "1", dir.filePath("missing.pdf"),
                                dir.filePath("pipe.pdf"), dir.filePath("two\nlines.pdf"), dir.filePath("in")});
     EXPECT_EQ(run.exitCode, 2);
-    QList<QByteArray> lines = run.err.trimmed().split('\n');
-    lines.removeIf([](const QByteArray &line) { return line.startsWith("libpng error"); }); // not ours
-    ASSERT_EQ(lines.size(), 5) << run.err.toStdString();
-    const QByteArray base = QFile::encodeName(dir.path());
-    EXPECT_EQ(lines[0], base + "/missing.pdf: Failed: No such file or directory");
-    EXPECT_EQ(lines[1], base + "/pipe.pdf: Failed: not a regular file");
-    EXPECT_EQ(lines[2], base + "/two\\nlines.pdf: Failed: The file is empty");
-    EXPECT_EQ(lines[3], folder + "/bad\\xfe.pdf: Failed: The file is empty");
-    EXPECT_TRUE(lines[4].startsWith(folder + "/cut.png: Failed: ")) << lines[4].toStdString();
+    EXPECT_EQ(run.err, base + "/missing.pdf: Failed: No such file or directory\n" + base +
+                           "/pipe.pdf: Failed: not a regular file\n" + base +
+                           "/two\\nlines.pdf: Failed: The file is empty\n" + folder +
+                           "/bad\\xfe.pdf: Failed: The file is empty\n");
     const QJsonArray docs = QJsonDocument::fromJson(run.out).array();
     ASSERT_EQ(docs.size(), 1);
-    EXPECT_EQ(docs[0].toObject().value("number").toString(), QStringLiteral("BP-2024-0387"));
+    EXPECT_EQ(docs[0]["number"].toString(), QStringLiteral("BP-2024-0387"));
+    const CliRun allFailed = runCli({"--quiet", dir.filePath("missing.pdf")});
+    EXPECT_EQ(allFailed.exitCode, 2);
+    EXPECT_EQ(allFailed.out, "[]\n");
+    for (const QByteArray &name : unspellable) // QTemporaryDir cannot remove names Qt cannot spell
+        std::remove(name);
 }
 
 // A write to standard output that fails (a full disk) is an export failure, not success; a document

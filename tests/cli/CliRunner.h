@@ -1,19 +1,21 @@
 #pragma once
 
-#include <QByteArray>
+#include "support/TestSupport.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QStringList>
 
 // Runs the built tabrix-cli as a separate process, as scripts and external tests do.
 struct CliRun {
     int exitCode = -1;
-    QByteArray out;
-    QByteArray err;
+    QByteArray out, err;
 };
+
+/// The bundled sample documents' folder, as a user would name it.
+inline const QString samples = QStringLiteral(TABRIX_SOURCE_DIR "/samples/documents");
 
 /// `locale` goes into LC_ALL (LANG and LC_TIME cleared) so the user's locale is fixed for the run.
 inline CliRun runCli(const QStringList &args, const QByteArray &input = {},
@@ -33,26 +35,17 @@ inline CliRun runCli(const QStringList &args, const QByteArray &input = {},
                   process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
-/// tabrix-cli --lines - on `input`, with the base rules unless `rules` says otherwise.
-inline CliRun runLines(const QByteArray &input, const QString &locale = QStringLiteral("C"),
-                       const QString &rules = QStringLiteral("core"))
+/// tabrix-cli --lines - on `input`, with the base rules.
+inline CliRun runLines(const QByteArray &input, const QString &locale = QStringLiteral("C"))
 {
-    return runCli({QStringLiteral("--rules"), rules, QStringLiteral("--lines"), QStringLiteral("-")}, input,
-                  locale);
-}
-
-/// One page-0 input line: {"text", "rect": [x, y, w, h]}.
-inline QJsonObject line(const QString &text, double x, double y, double w = 0.3, double h = 0.015)
-{
-    return QJsonObject{{QStringLiteral("text"), text}, {QStringLiteral("rect"), QJsonArray{x, y, w, h}}};
+    return runCli({"--rules", "core", "--lines", "-"}, input, locale);
 }
 
 /// The --lines output's fields by key.
 inline QJsonObject fieldsByKey(const QByteArray &out)
 {
     QJsonObject byKey;
-    for (const QJsonValue &f :
-         QJsonDocument::fromJson(out).object().value(QStringLiteral("fields")).toArray())
+    for (const QJsonValue &f : QJsonDocument::fromJson(out)[QStringLiteral("fields")].toArray())
         byKey.insert(f[QStringLiteral("key")].toString(), f);
     return byKey;
 }

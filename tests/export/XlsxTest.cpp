@@ -1,6 +1,5 @@
 #include "export/Xlsx.h"
 #include "ExportFixtures.h"
-#include "support/TestSupport.h"
 
 #include <QMap>
 #include <gtest/gtest.h>
@@ -39,7 +38,15 @@ QMap<QByteArray, QByteArray> unzip(const QByteArray &archiveBytes)
 TEST(ExportXlsx, ColumnNames)
 {
     // clang-format off
-    const QList<QPair<int, QString>> cases{{0, "A"}, {25, "Z"}, {26, "AA"}, {27, "AB"}, {701, "ZZ"}, {702, "AAA"}, {-1, ""}};
+    const QList<QPair<int, QString>> cases{
+        {0, "A"},
+        {25, "Z"},
+        {26, "AA"},
+        {27, "AB"},
+        {701, "ZZ"},
+        {702, "AAA"},
+        {-1, ""},
+    };
     // clang-format on
     for (const auto &[index, name] : cases)
         EXPECT_EQ(Exporter::colName(index), name) << index;
@@ -60,34 +67,29 @@ TEST(ExportXlsx, XmlEscape)
 }
 
 // A worksheet byte for byte: bold inline headers, numbers (".0" on whole ones) only in numeric columns
-// whose text parses, inline text otherwise, no element for empty cells, every row written.
+// whose text parses, inline text otherwise, no element for empty cells, every row written. Without
+// headers the column element still spans one column and the header row is empty; wide tables reach
+// two-letter references.
 TEST(ExportXlsx, SheetXml)
 {
     const Table table{{"File", "Total", "Note"},
                       {{"a.pdf", "1,234.56", ""}, {"", "abc", "x'y & <z>"}, {"b", "100", "12"}, {"", "", ""}},
                       {1}};
     EXPECT_EQ(Exporter::sheetXML(table), goldenFile("xlsx/sheet.xml"));
-}
-
-// Without headers the column element still spans one column and the header row is empty; wide tables
-// reach two-letter references.
-TEST(ExportXlsx, SheetEdges)
-{
     EXPECT_EQ(Exporter::sheetXML(Table{}), goldenFile("xlsx/empty-sheet.xml"));
-    Table wide;
-    for (int j = 0; j < 28; ++j)
-        wide.headers.append(QString::number(j));
-    wide.rows = {QStringList(28, QString()), QStringList(28, QStringLiteral("v"))};
+    Table wide{QStringList(28, QStringLiteral("h")), {QStringList(28, QString()), QStringList(28, "v")}, {}};
     const QByteArray xml = Exporter::sheetXML(wide);
     EXPECT_TRUE(xml.contains(R"(<c r="AB3" t="inlineStr" s="0"><is><t xml:space="preserve">v</t></is></c>)"))
         << xml.constData();
 }
 
-// The package holds exactly the workbook parts with their exact XML; one document without items gives
-// a "Line items" row with only its prefix and a numeric document total.
+// The package holds exactly the workbook parts with their exact XML, and Python's zipfile and XML parser
+// accept it; one document without items gives a "Line items" row with only its prefix (the control
+// character dropped) and a numeric document total.
 TEST(ExportXlsx, PackageParts)
 {
-    const auto doc = makeDoc(QStringLiteral("/in/R&D.pdf"), {{"vendor", "R&D <Ltd>"}, {"total", "42.00"}});
+    const auto doc =
+        makeDoc(QStringLiteral("/in/R&D.pdf"), {{"vendor", "R&D <Ltd>\x01"}, {"total", "42.00"}});
     const QList<Exporter::Sheet> sheets = Exporter::workbookSheets({doc}, {});
     const Expected<QByteArray> bytes = Exporter::xlsx(sheets);
     ASSERT_TRUE(std::holds_alternative<QByteArray>(bytes));
@@ -106,34 +108,16 @@ TEST(ExportXlsx, PackageParts)
         R"(<c r="B2" t="inlineStr" s="0"><is><t xml:space="preserve">R&amp;D &lt;Ltd&gt;</t></is></c>)"
         R"(<c r="K2"><v>42.0</v></c></row></sheetData></worksheet>)"))
         << lineItems.constData();
-}
 
-// Python's zipfile and XML parser accept the package: intact archive, well-formed parts, sheet names.
-TEST(ExportXlsx, PythonReadsItBack)
-{
-    const auto doc = makeDoc(QStringLiteral("/in/a.pdf"),
-                             {{"vendor", QStringLiteral("Zoë \"Q\" <&> \x01")}, {"total", "7"}},
-                             {makeItem("x", "1", "7", "7")});
-    const Expected<QByteArray> bytes = Exporter::xlsx(Exporter::workbookSheets({doc}, {}));
-    ASSERT_TRUE(std::holds_alternative<QByteArray>(bytes));
-    QString error;
-    const QByteArray out =
-        runPython(QStringLiteral(
-                      "import io, sys, zipfile, xml.etree.ElementTree as ET\n"
-                      "z = zipfile.ZipFile(io.BytesIO(sys.stdin.buffer.read()))\n"
-                      "assert z.testzip() is None\n"
-                      "ns = {'m': 'http://schemas.openxmlformats.org/spreadsheetml/2006/main'}\n"
-                      "trees = {n: ET.fromstring(z.read(n)) for n in z.namelist()}\n"
-                      "print([s.get('name') for s in trees['xl/workbook.xml'].iter('{%s}sheet' % ns['m'])])\n"
-                      "cells = trees['xl/worksheets/sheet1.xml'].findall('.//m:row[@r=\"2\"]/m:c', ns)\n"
-                      "print([(c.get('r'), c.findtext('m:v', None, ns) or c.findtext('m:is/m:t', None, ns)) "
-                      "for c in cells])"),
-                  std::get<QByteArray>(bytes), &error);
-    if (out.isNull())
-        GTEST_SKIP() << error.toStdString();
-    EXPECT_EQ(QString::fromUtf8(out),
-              QStringLiteral("['Documents', 'Line items']\n"
-                             "[('A2', 'a.pdf'), ('B2', 'Zoë \"Q\" <&> '), ('I2', '7.0'), ('J2', '1.0')]\n"));
+    const QByteArray python =
+        runPython(QStringLiteral("import io, sys, zipfile, xml.etree.ElementTree as ET\n"
+                                 "z = zipfile.ZipFile(io.BytesIO(sys.stdin.buffer.read()))\n"
+                                 "assert z.testzip() is None\n"
+                                 "print(len([ET.fromstring(z.read(n)) for n in z.namelist()]))"),
+                  std::get<QByteArray>(bytes));
+    if (python.isNull())
+        GTEST_SKIP() << "python3 not found";
+    EXPECT_EQ(python, "7\n");
 }
 
 } // namespace

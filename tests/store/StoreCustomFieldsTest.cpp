@@ -7,27 +7,22 @@ const CustomFieldDef po{QUuid::fromString(QStringLiteral("3F2504E0-4F89-11D3-9A0
                         "PO[- ]?(\\d+)/x", true};
 const CustomFieldDef ref{QUuid::fromString(QStringLiteral("7C9E6679-7425-40DE-944B-E07FC1F90AE7")), "",
                          "Reference", false};
-const QString notDefinitions = "That file isn't a Tabrix custom-fields JSON file.";
 
 class StoreCustomFields : public StoreTest {
 protected:
     QString saved() const { return data.filePath("custom-fields.json"); }
 };
 
-// Saved definitions are the codec's file form, and the next store loads them back in order with their ids.
-TEST_F(StoreCustomFields, SavedFileAndReload)
-{
-    store->setCustomFields({po, ref});
-    EXPECT_EQ(readFile(saved()), CustomFieldCodec::encode({po, ref}));
-    EXPECT_EQ(makeStore()->customFields(), (QList<CustomFieldDef>{po, ref}));
-}
-
-// Without a saved file the list is empty and no file appears until the first change; a corrupt or
+// Without a saved file the list is empty and no file appears until the first change; saved definitions
+// are the codec's file form, which the next store loads back in order with their ids; a corrupt or
 // wrongly shaped file is ignored silently and left on disk.
-TEST_F(StoreCustomFields, MissingOrCorruptFile)
+TEST_F(StoreCustomFields, SavedFileAndReload)
 {
     EXPECT_TRUE(store->customFields().isEmpty());
     EXPECT_FALSE(QFile::exists(saved()));
+    store->setCustomFields({po, ref});
+    EXPECT_EQ(readFile(saved()), CustomFieldCodec::encode({po, ref}));
+    EXPECT_EQ(makeStore()->customFields(), (QList<CustomFieldDef>{po, ref}));
     for (const QByteArray bad :
          {"[{\"id\": ", "{}", R"([{"id":"nope","isRegex":true,"name":"a","pattern":"b"}])"}) {
         writeFile(saved(), bad);
@@ -62,7 +57,7 @@ TEST_F(StoreCustomFields, ExportAndImport)
     const QString twice = "Two custom fields in that file have the same id " + uuidText(po.id) +
                           " (\"PO\" and \"Copy\"); each field needs its own id.";
     for (const auto &[name, message] :
-         {std::pair{"bad.json", notDefinitions},
+         {std::pair{"bad.json", QString("That file isn't a Tabrix custom-fields JSON file.")},
           {"twice.json", twice},
           {"missing.json", files.filePath("missing.json") + ": No such file or directory"}}) {
         store->clearAlert();

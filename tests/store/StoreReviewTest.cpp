@@ -7,15 +7,15 @@ using StoreReview = StoreTest;
 // Position and the step conditions follow the selected index; an id naming no document counts as none.
 TEST_F(StoreReview, PositionAndStepConditions)
 {
-    struct {
-        int count, selected; // selected -1: a stale id
-        QString position;
-        bool previous, next;
-    } const cases[] = {{10, 3, "4 of 10", true, true},
-                       {10, 0, "1 of 10", false, true},
-                       {10, 9, "10 of 10", true, false},
-                       {1, 0, "1 of 1", false, false},
-                       {3, -1, "", false, false}};
+    // clang-format off
+    const struct { int count, selected; QString position; bool previous, next; } cases[] = { // selected -1: a stale id
+        {10, 3, "4 of 10", true, true},
+        {10, 0, "1 of 10", false, true},
+        {10, 9, "10 of 10", true, false},
+        {1, 0, "1 of 1", false, false},
+        {3, -1, "", false, false},
+    };
+    // clang-format on
     for (const auto &c : cases) {
         store->clearAll();
         const QList<DocPtr> docs = readBatch(c.count);
@@ -37,7 +37,16 @@ TEST_F(StoreReview, MoveClampsAndClearsHighlight)
     EXPECT_EQ(store->highlightKey(), "total");
 
     const QList<DocPtr> docs = readBatch(10);
-    const int cases[][3] = {{7, 5, 9}, {0, -1, 0}, {9, 1, 9}, {4, -2, 2}, {-1, 1, 0}, {-1, -1, 0}};
+    // clang-format off
+    const int cases[][3] = { // from (-1: no selection), delta, to
+        {7, 5, 9},
+        {0, -1, 0},
+        {9, 1, 9},
+        {4, -2, 2},
+        {-1, 1, 0},
+        {-1, -1, 0},
+    };
+    // clang-format on
     for (const auto &[from, delta, to] : cases) {
         store->setSelectedID(from < 0 ? QUuid() : docs[from]->id());
         store->setHighlightKey("total");

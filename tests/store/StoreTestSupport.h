@@ -3,8 +3,6 @@
 #include "store/Store.h"
 #include "support/TestSupport.h"
 
-#include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QMutex>
 #include <QTemporaryDir>
@@ -13,44 +11,37 @@
 
 /// A loader standing in for the intake pipeline: a file holding "!message" fails with that message,
 /// any other file gives one page with a text line per line of the file. hold() makes every run wait at
-/// its start until step() lets one go or release() all. Thread-safe; copies share their state.
+/// its start until step() lets the next one go or release() all. Thread-safe; copies share their state.
 class FakeLoader {
     struct State {
         QMutex mutex;
         QWaitCondition wake;
-        bool held = false;
-        int permits = 0;
+        int permits = -1;  ///< runs that may still start; -1: any number
         QStringList calls; ///< file names in the order their runs started
         Pipeline::Report lastReport;
     };
     std::shared_ptr<State> s = std::make_shared<State>();
-
-public:
-    template <class F> auto locked(F f) const
+    void allow(int runs)
     {
         QMutexLocker lock(&s->mutex);
-        return f(*s);
+        s->permits = runs;
+        s->wake.wakeAll();
     }
-    void hold()
-    {
-        locked([](State &s) { s.held = true; });
-    }
-    void release()
-    {
-        locked([](State &s) { s.held = false, s.wake.wakeAll(); });
-    }
-    void step()
-    {
-        locked([](State &s) { ++s.permits, s.wake.wakeAll(); });
-    }
+
+public:
+    void hold() { allow(0); }
+    void step() { allow(1); }
+    void release() { allow(-1); }
     QStringList calls() const
     {
-        return locked([](State &s) { return s.calls; });
+        QMutexLocker lock(&s->mutex);
+        return s->calls;
     }
     /// The progress callback of the latest run, still callable after that run ended.
     Pipeline::Report lastReport() const
     {
-        return locked([](State &s) { return s.lastReport; });
+        QMutexLocker lock(&s->mutex);
+        return s->lastReport;
     }
 
     Processing::Loader loader() const
@@ -59,12 +50,10 @@ public:
             QMutexLocker lock(&s->mutex);
             s->calls.append(QFileInfo(path).fileName());
             s->lastReport = report;
-            while (s->held && s->permits == 0)
+            while (s->permits == 0)
                 s->wake.wait(&s->mutex);
-            s->permits -= s->held;
-            QFile file(path);
-            const QString text =
-                file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+            s->permits -= s->permits > 0;
+            const QString text = QString::fromUtf8(readFile(path));
             if (text.startsWith(u'!'))
                 return TabrixError{text.mid(1)};
             auto page = std::make_shared<PageData>();
@@ -142,12 +131,5 @@ protected:
         store->add(makeFiles(names));
         EXPECT_TRUE(idle());
         return store->docs();
-    }
-    QStringList names() const
-    {
-        QStringList out;
-        for (const DocPtr &d : store->docs())
-            out.append(d->fileName());
-        return out;
     }
 };
