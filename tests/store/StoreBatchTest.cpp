@@ -153,3 +153,20 @@ TEST_F(StoreBatch, DropAndOpenPanel)
 }
 
 } // namespace
+
+// The default loader is the intake pipeline: a digital PDF and a scanned image from the bundled samples
+// are read on the store's worker thread, with page images for display and a total found.
+TEST(StorePipeline, ReadsRealDocuments)
+{
+    QTemporaryDir data;
+    Store store(StoreOptions{data.path(), {}, nullptr});
+    store.add({sampleFile("northwind-invoice.pdf"), sampleFile("atelier-invoice-scan.png")});
+    ASSERT_EQ(store.docs().size(), 2);
+    ASSERT_TRUE(waitUntil([&] { return !store.isProcessing(); }, 120000));
+    for (const DocPtr &d : store.docs()) {
+        EXPECT_EQ(d->status(), DocStatus(DocStatus::Ready)) << d->status().label().toStdString();
+        ASSERT_FALSE(d->pages.isEmpty());
+        EXPECT_FALSE(d->pages[0]->image.isNull());
+        EXPECT_FALSE(d->value("total").isEmpty()) << d->fileName().toStdString();
+    }
+}
