@@ -34,11 +34,9 @@ struct CurrencyPatterns {
                                    R"((pty\.?\s*ltd)|(sp\.\s*z\s*o\.\s*o))\b)")};
 };
 
-// Compiled together once per process, on first use.
 const CurrencyPatterns &patterns()
 {
-    static const CurrencyPatterns compiled;
-    return compiled;
+    return Patterns::compiledOnce<CurrencyPatterns>();
 }
 
 struct Symbol {

@@ -68,11 +68,9 @@ struct DatePatterns {
                     QLatin1StringView(R"([\s.,/\-]*(\d{1,2})(?:st|nd|rd|th)?(?!\p{N}))") + yearPart);
 };
 
-// Compiled together once per process, on first use.
 const DatePatterns &patterns()
 {
-    static const DatePatterns compiled;
-    return compiled;
+    return Patterns::compiledOnce<DatePatterns>();
 }
 
 // 1…12 for a month name or abbreviation, 0 for none: English by its first three letters, the

@@ -1,4 +1,5 @@
 #include "Dates.h"
+#include "Patterns.h"
 
 #include "DateDetector.h"
 #include "Number.h"
@@ -43,11 +44,9 @@ struct DatePatterns {
     RulePattern dueOnReceipt{QStringLiteral(R"(due\s*(?:on|upon)\s*receipt{terms.immediate})")};
 };
 
-// Compiled together once per process, on first use.
 const DatePatterns &patterns()
 {
-    static const DatePatterns compiled;
-    return compiled;
+    return Patterns::compiledOnce<DatePatterns>();
 }
 
 // The days of the document's payment terms, if it states them.

@@ -29,11 +29,9 @@ struct ItemPatterns {
     Regex whitespaceRun{QStringLiteral(R"(\s{2,})")};
 };
 
-// Compiled together once per process, on first use.
 const ItemPatterns &patterns()
 {
-    static const ItemPatterns compiled;
-    return compiled;
+    return Patterns::compiledOnce<ItemPatterns>();
 }
 
 QString collapseWhitespace(const QString &text)

@@ -1,4 +1,5 @@
 #include "Number.h"
+#include "Patterns.h"
 
 #include "Regex.h"
 #include "Vocabulary.h"
@@ -50,8 +51,7 @@ struct NumberPatterns {
 // Compiled once per process, on first use.
 const NumberPatterns &patterns()
 {
-    static const NumberPatterns compiled;
-    return compiled;
+    return Patterns::compiledOnce<NumberPatterns>();
 }
 
 bool hasDigit(const QString &text)

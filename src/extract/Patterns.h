@@ -10,6 +10,14 @@
 // by one finder only live in that finder's file.
 namespace Patterns {
 
+/// The one instance of a finder's struct of patterns, all compiled together on first use (thread-safe, as
+/// every function-local static is).
+template <class Compiled> const Compiled &compiledOnce()
+{
+    static const Compiled compiled;
+    return compiled;
+}
+
 /// The patterns several finders read (case-insensitive).
 struct Shared {
     /// Amounts; the full rules also read groups of three digits split by a blank before a decimal comma

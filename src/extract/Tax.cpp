@@ -25,11 +25,9 @@ struct TaxPatterns {
                        R"(\btin\b|taxable|incl|inclusive|tax\s*#{tax.exclude})")};
 };
 
-// Compiled together once per process, on first use.
 const TaxPatterns &patterns()
 {
-    static const TaxPatterns compiled;
-    return compiled;
+    return Patterns::compiledOnce<TaxPatterns>();
 }
 
 struct TaxHit {

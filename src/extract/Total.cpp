@@ -30,11 +30,9 @@ struct TotalPatterns {
         QStringLiteral(R"(rounded\s*total|total\s*(after\s*)?round(ed|ing)|round(ed|ing)\s*total)")};
 };
 
-// Compiled together once per process, on first use.
 const TotalPatterns &patterns()
 {
-    static const TotalPatterns compiled;
-    return compiled;
+    return Patterns::compiledOnce<TotalPatterns>();
 }
 
 // Every base total label holds one of these words; most rows are rejected here without a pattern.

@@ -1,4 +1,5 @@
 #include "TotalCheck.h"
+#include "Patterns.h"
 
 #include "Regex.h"
 #include "Total.h"
@@ -16,11 +17,9 @@ struct PaymentPatterns {
     Regex changeLabel{QStringLiteral(R"(^\W*(change|balance\s*returned)\b)")};
 };
 
-// Compiled together once per process, on first use.
 const PaymentPatterns &patterns()
 {
-    static const PaymentPatterns compiled;
-    return compiled;
+    return Patterns::compiledOnce<PaymentPatterns>();
 }
 
 bool agree(double a, double b)

@@ -57,11 +57,9 @@ struct VendorPatterns {
         R"(customer)\b)")};
 };
 
-// Compiled together once per process, on first use.
 const VendorPatterns &patterns()
 {
-    static const VendorPatterns compiled;
-    return compiled;
+    return Patterns::compiledOnce<VendorPatterns>();
 }
 
 // The cheap word tests below let most lines skip the anchored base patterns; the patterns still decide.
