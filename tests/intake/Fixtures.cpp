@@ -18,14 +18,11 @@ void writeRawPdf(const QString &path, const QList<RawPage> &pages)
     };
     // Objects: 1 catalog, 2 page tree, 3 font, then each page followed by its content stream.
     QByteArray kids;
-    for (qsizetype i = 0; i < pages.size(); ++i)
-        kids += QByteArray::number(4 + 2 * i) + " 0 R ";
-    QList<QByteArray> objects{"<< /Type /Catalog /Pages 2 0 R >>",
-                              "<< /Type /Pages /Kids [" + kids + "] /Count " +
-                                  QByteArray::number(pages.size()) + " >>",
-                              "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>"};
+    QList<QByteArray> objects{
+        "<< /Type /Catalog /Pages 2 0 R >>", {}, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>"};
     for (qsizetype i = 0; i < pages.size(); ++i) {
         const RawPage &p = pages[i];
+        kids += QByteArray::number(4 + 2 * i) + " 0 R ";
         objects << "<< /Type /Page /Parent 2 0 R /MediaBox " + box(p.mediaBox) +
                        (p.cropBox.isEmpty() ? QByteArray() : " /CropBox " + box(p.cropBox)) + " /Rotate " +
                        QByteArray::number(p.rotate) + " /Resources << /Font << /F1 3 0 R >> >> /Contents " +
@@ -33,6 +30,7 @@ void writeRawPdf(const QString &path, const QList<RawPage> &pages)
                 << "<< /Length " + QByteArray::number(p.content.size()) + " >>\nstream\n" + p.content +
                        "\nendstream";
     }
+    objects[1] = "<< /Type /Pages /Kids [" + kids + "] /Count " + QByteArray::number(pages.size()) + " >>";
     QByteArray pdf = "%PDF-1.4\n", xref = "0000000000 65535 f \n";
     for (qsizetype i = 0; i < objects.size(); ++i) {
         xref += QByteArray::number(pdf.size()).rightJustified(10, '0') + " 00000 n \n";
@@ -82,9 +80,8 @@ void writeJpegWithOrientation(const QString &path, const QImage &image, int orie
     image.save(path, "JPEG", 90);
     QByteArray jpeg = readFile(path);
     // APP1 "Exif": a big-endian TIFF header and one directory holding only Orientation (a SHORT).
-    QByteArray app1("\xff\xe1\0\x22"
-                    "Exif\0\0MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\0\0\0\0\0\0\0",
-                    36);
+    QByteArray app1 = QByteArray::fromHex("ffe10022 457869660000 "
+                                          "4d4d002a00000008 0001 0112 0003 00000001 00000000 00000000");
     app1[29] = char(orientation);
     writeFile(path, jpeg.insert(2, app1));
 }
@@ -98,6 +95,7 @@ Expected<QList<TextLine>> FakeOcr::recognize(const QImage &image, int page)
 Expected<QList<PagePtr>> LoaderTest::load(const QString &file, bool render, int threads)
 {
     progress.clear();
+    ocr.calls.clear();
     return Pipeline::load(file, {render, threads == 1 ? &ocr : nullptr, threads},
                           [this](DocStatus::Kind status, double value) {
                               const std::lock_guard<std::mutex> lock(mutex);

@@ -43,8 +43,8 @@ public:
 class LoaderTest : public ::testing::Test {
 protected:
     QString path(const char *name) const { return dir.filePath(QString::fromLatin1(name)); }
-    /// Pipeline::load, reporting into `progress` (cleared first). One thread recognises with the fake
-    /// engine; more threads use their own engines.
+    /// Pipeline::load, reporting into `progress`; both it and `ocr.calls` start empty. One thread recognises
+    /// with the fake engine; more threads use their own engines.
     Expected<QList<PagePtr>> load(const QString &file, bool render = true, int threads = 1);
     /// The loaded pages; none, and a test failure, for an error.
     QList<PagePtr> pages(const QString &file, bool render = true, int threads = 1);
