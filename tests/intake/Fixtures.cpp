@@ -1,8 +1,6 @@
 #include "Fixtures.h"
 #include "support/TestSupport.h"
 
-#include <QBuffer>
-#include <QProcess>
 #include <QtEndian>
 
 namespace Fixtures {
@@ -20,14 +18,11 @@ void writeRawPdf(const QString &path, const QList<RawPage> &pages)
     };
     // Objects: 1 catalog, 2 page tree, 3 font, then each page followed by its content stream.
     QByteArray kids;
-    for (qsizetype i = 0; i < pages.size(); ++i)
-        kids += QByteArray::number(4 + 2 * i) + " 0 R ";
-    QList<QByteArray> objects{"<< /Type /Catalog /Pages 2 0 R >>",
-                              "<< /Type /Pages /Kids [" + kids + "] /Count " +
-                                  QByteArray::number(pages.size()) + " >>",
-                              "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>"};
+    QList<QByteArray> objects{
+        "<< /Type /Catalog /Pages 2 0 R >>", {}, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>"};
     for (qsizetype i = 0; i < pages.size(); ++i) {
         const RawPage &p = pages[i];
+        kids += QByteArray::number(4 + 2 * i) + " 0 R ";
         objects << "<< /Type /Page /Parent 2 0 R /MediaBox " + box(p.mediaBox) +
                        (p.cropBox.isEmpty() ? QByteArray() : " /CropBox " + box(p.cropBox)) + " /Rotate " +
                        QByteArray::number(p.rotate) + " /Resources << /Font << /F1 3 0 R >> >> /Contents " +
@@ -35,6 +30,7 @@ void writeRawPdf(const QString &path, const QList<RawPage> &pages)
                 << "<< /Length " + QByteArray::number(p.content.size()) + " >>\nstream\n" + p.content +
                        "\nendstream";
     }
+    objects[1] = "<< /Type /Pages /Kids [" + kids + "] /Count " + QByteArray::number(pages.size()) + " >>";
     QByteArray pdf = "%PDF-1.4\n", xref = "0000000000 65535 f \n";
     for (qsizetype i = 0; i < objects.size(); ++i) {
         xref += QByteArray::number(pdf.size()).rightJustified(10, '0') + " 00000 n \n";
@@ -65,14 +61,9 @@ void writeGreyTiff(const QString &path, const QList<QImage> &frames)
         put(8, 2);
         const quint32 w = quint32(grey.width()), h = quint32(grey.height());
         // Width, length, 8 bits, no compression, black is zero, strip offset, rows per strip, strip bytes.
-        for (auto [tag, value] : {std::pair{256u, w},
-                                  {257u, h},
-                                  {258u, 8u},
-                                  {259u, 1u},
-                                  {262u, 1u},
-                                  {273u, pixels},
-                                  {278u, h},
-                                  {279u, w * h}}) {
+        const quint32 entries[][2] = {{256, w}, {257, h},      {258, 8}, {259, 1},
+                                      {262, 1}, {273, pixels}, {278, h}, {279, w * h}};
+        for (auto [tag, value] : entries) {
             put(tag, 2);
             put(4, 2); // LONG
             put(1, 4);
@@ -86,24 +77,13 @@ void writeGreyTiff(const QString &path, const QList<QImage> &frames)
 
 void writeJpegWithOrientation(const QString &path, const QImage &image, int orientation)
 {
-    QByteArray jpeg;
-    QBuffer buffer(&jpeg);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "JPEG", 90);
+    image.save(path, "JPEG", 90);
+    QByteArray jpeg = readFile(path);
     // APP1 "Exif": a big-endian TIFF header and one directory holding only Orientation (a SHORT).
-    QByteArray app1("\xff\xe1\0\x22"
-                    "Exif\0\0MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\0\0\0\0\0\0\0",
-                    36);
+    QByteArray app1 = QByteArray::fromHex("ffe10022 457869660000 "
+                                          "4d4d002a00000008 0001 0112 0003 00000001 00000000 00000000");
     app1[29] = char(orientation);
     writeFile(path, jpeg.insert(2, app1));
-}
-
-bool run(const QString &program, const QStringList &args)
-{
-    QProcess process;
-    process.start(program, args);
-    return process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit &&
-           process.exitCode() == 0;
 }
 
 Expected<QList<TextLine>> FakeOcr::recognize(const QImage &image, int page)
@@ -112,24 +92,28 @@ Expected<QList<TextLine>> FakeOcr::recognize(const QImage &image, int page)
     return QList<TextLine>{{QStringLiteral("recognised"), QRectF(0.1, 0.1, 0.5, 0.05), page}};
 }
 
-Pipeline::Report LoaderTest::recorder()
+Expected<QList<PagePtr>> LoaderTest::load(const QString &file, bool render, int threads)
 {
     progress.clear();
-    return [this](DocStatus::Kind status, double value) {
-        const std::lock_guard<std::mutex> lock(mutex);
-        progress.append({status, value});
-    };
+    ocr.calls.clear();
+    return Pipeline::load(file, {render, threads == 1 ? &ocr : nullptr, threads},
+                          [this](DocStatus::Kind status, double value) {
+                              const std::lock_guard<std::mutex> lock(mutex);
+                              progress.append({status, value});
+                          });
 }
 
-QList<PagePtr> LoaderTest::pagesOf(const Expected<QList<PagePtr>> &result)
+QList<PagePtr> LoaderTest::pages(const QString &file, bool render, int threads)
 {
+    const auto result = load(file, render, threads);
     if (const auto *error = std::get_if<TabrixError>(&result))
         ADD_FAILURE() << error->message.toStdString();
     return result.index() == 0 ? std::get<0>(result) : QList<PagePtr>{};
 }
 
-QString LoaderTest::messageOf(const Expected<QList<PagePtr>> &result)
+QString LoaderTest::message(const QString &file)
 {
+    const auto result = load(file);
     return result.index() == 1 ? std::get<1>(result).message : QStringLiteral("(loaded)");
 }
 

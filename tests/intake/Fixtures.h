@@ -26,7 +26,6 @@ void writeRawPdf(const QString &path, const QList<RawPage> &pages);
 
 void writeGreyTiff(const QString &path, const QList<QImage> &frames); ///< uncompressed, one page per frame
 void writeJpegWithOrientation(const QString &path, const QImage &image, int orientation); ///< EXIF tag 1…8
-bool run(const QString &program, const QStringList &args);                                ///< exit status 0
 
 /// Reads nothing; remembers what it was shown and answers with one line.
 class FakeOcr final : public Ocr::Engine {
@@ -44,12 +43,13 @@ public:
 class LoaderTest : public ::testing::Test {
 protected:
     QString path(const char *name) const { return dir.filePath(QString::fromLatin1(name)); }
-    /// Clears `progress` and returns a report that appends to it, from any number of loading threads.
-    Pipeline::Report recorder();
+    /// Pipeline::load, reporting into `progress`; both it and `ocr.calls` start empty. One thread recognises
+    /// with the fake engine; more threads use their own engines.
+    Expected<QList<PagePtr>> load(const QString &file, bool render = true, int threads = 1);
     /// The loaded pages; none, and a test failure, for an error.
-    static QList<PagePtr> pagesOf(const Expected<QList<PagePtr>> &result);
+    QList<PagePtr> pages(const QString &file, bool render = true, int threads = 1);
     /// The error's message; "(loaded)" when there is none.
-    static QString messageOf(const Expected<QList<PagePtr>> &result);
+    QString message(const QString &file);
 
     QTemporaryDir dir;
     FakeOcr ocr;

@@ -5,32 +5,27 @@
 
 #include <QLoggingCategory>
 #include <QPainter>
+#include <QProcess>
 #include <QStandardPaths>
 #include <gtest/gtest.h>
 
 namespace {
 
-class ImageLoader : public Fixtures::LoaderTest {
-protected:
-    Expected<QList<PagePtr>> load(const QString &file)
-    {
-        return Pipeline::load(file, {true, &ocr, 1}, recorder());
-    }
-    QList<PagePtr> pages(const QString &file) { return pagesOf(load(file)); }
-};
+class ImageLoader : public Fixtures::LoaderTest {};
+class Loader : public Fixtures::LoaderTest {};
 
 // White with a black top-left quarter, to see where the stored top-left corner ends up.
-QImage marked(int w, int h)
+QImage marked(QSize size)
 {
-    QImage image(w, h, QImage::Format_RGB32);
+    QImage image(size, QImage::Format_RGB32);
     image.fill(Qt::white);
-    QPainter(&image).fillRect(0, 0, w / 4, h / 4, Qt::black);
+    QPainter(&image).fillRect(0, 0, size.width() / 4, size.height() / 4, Qt::black);
     return image;
 }
 
-bool darkAt(const QImage &image, double fx, double fy)
+bool darkAt(const QImage &image, QPointF at)
 {
-    return qGray(image.pixel(int(fx * (image.width() - 1)), int(fy * (image.height() - 1)))) < 128;
+    return qGray(image.pixel(int(at.x() * (image.width() - 1)), int(at.y() * (image.height() - 1)))) < 128;
 }
 
 } // namespace
@@ -74,14 +69,13 @@ TEST_F(ImageLoader, OrientationAppliedAndSizeLimited)
         // clang-format on
     };
     for (const auto &c : cases) {
-        Fixtures::writeJpegWithOrientation(path("photo.jpg"), marked(c.stored.width(), c.stored.height()),
-                                           c.orientation);
+        Fixtures::writeJpegWithOrientation(path("photo.jpg"), marked(c.stored), c.orientation);
         const QList<PagePtr> loaded = pages(path("photo.jpg"));
         ASSERT_EQ(loaded.size(), 1);
         EXPECT_EQ(loaded[0]->image.size(), c.upright) << c.orientation;
         EXPECT_EQ(loaded[0]->image.format(), QImage::Format_Grayscale8);
-        EXPECT_TRUE(darkAt(loaded[0]->image, c.mark.x(), c.mark.y())) << c.orientation;
-        EXPECT_FALSE(darkAt(loaded[0]->image, 1 - c.mark.x(), 1 - c.mark.y())) << c.orientation;
+        EXPECT_TRUE(darkAt(loaded[0]->image, c.mark) && !darkAt(loaded[0]->image, QPointF(1, 1) - c.mark))
+            << c.orientation;
     }
 }
 
@@ -90,17 +84,17 @@ TEST_F(ImageLoader, ReadsHeic)
 {
     if (QStandardPaths::findExecutable(QStringLiteral("heif-enc")).isEmpty())
         GTEST_SKIP() << "heif-enc (libheif-examples) not installed";
-    marked(640, 480).save(path("source.png"));
-    ASSERT_TRUE(Fixtures::run("heif-enc", {"-q", "90", "-o", path("photo.heic"), path("source.png")}));
+    marked({640, 480}).save(path("source.png"));
+    ASSERT_EQ(QProcess::execute("heif-enc", {"-q", "90", "-o", path("photo.heic"), path("source.png")}), 0);
     const QList<PagePtr> loaded = pages(path("photo.heic"));
     ASSERT_EQ(loaded.size(), 1);
     EXPECT_EQ(loaded[0]->image.size(), QSize(640, 480));
-    EXPECT_TRUE(darkAt(loaded[0]->image, 0.05, 0.05));
+    EXPECT_TRUE(darkAt(loaded[0]->image, {0.05, 0.05}));
 }
 
-// Unreadable, vanished and undecodable files fail with the user's messages; a mislabelled one is read by
-// its content.
-TEST_F(ImageLoader, FailuresAndMislabelledFiles)
+// Unreadable, vanished and undecodable files of every type fail with the user's messages; a
+// mislabelled image is read by its content.
+TEST_F(Loader, FailuresAndMislabelledFiles)
 {
     const QByteArray png = readFile(sampleFile("atelier-invoice-scan.png"));
     const char *const damaged = "Can't open image: the file is damaged or not an image";
@@ -116,30 +110,32 @@ TEST_F(ImageLoader, FailuresAndMislabelledFiles)
         {"corrupt.jpg", "\xff\xd8\xff garbage", "Couldn't decode image"},
         {"truncated.png", png.left(png.size() / 2), "Couldn't decode image"},
         {"notes.txt", "hello", "Unsupported file type"},
+        {"corrupt.pdf", "%PDF-1.4\nnot really\n", "Can't open PDF: the file is damaged or not a PDF"},
+        {"no-pages.pdf", {}, "PDF has no pages"},
+        {"flat.pdf", {}, "Couldn't render PDF pages"},
         {"deleted.png", {}, "Can't open image: No such file or directory"},
         {"missing.PDF", {}, "Can't open PDF: No such file or directory"},
         {"pipe.png", {}, "Can't open image: not a regular file"},
         // clang-format on
     };
-    ASSERT_TRUE(Fixtures::run("mkfifo", {path("pipe.png")}));
+    ASSERT_EQ(QProcess::execute("mkfifo", {path("pipe.png")}), 0);
+    Fixtures::writeRawPdf(path("no-pages.pdf"), {});
+    Fixtures::writeRawPdf(path("flat.pdf"), {{{0, 0, 612, 0}, {}, 0, {}}});
     for (const auto &c : cases) {
         if (c.bytes)
             writeFile(path(c.name), *c.bytes);
-        EXPECT_EQ(messageOf(load(path(c.name))), QString::fromLatin1(c.expected)) << c.name;
+        EXPECT_EQ(message(path(c.name)), QString::fromLatin1(c.expected)) << c.name;
+        EXPECT_TRUE(ocr.calls.isEmpty()) << c.name;
     }
-    EXPECT_TRUE(ocr.calls.isEmpty());
     writeFile(path("png.jpg"), png);
     EXPECT_EQ(pages(path("png.jpg")).value(0)->image.size(), QSize(1700, 2200));
 }
-
-namespace {
-
-QStringList captured;
 
 // Decoder warnings (Qt's image-I/O categories, libpng and libtiff text) stop at the filter; everything
 // else reaches the handler installed before it.
 TEST(DecoderWarnings, AreFilteredOut)
 {
+    static QStringList captured;
     const QtMessageHandler before = qInstallMessageHandler(
         [](QtMsgType, const QMessageLogContext &, const QString &message) { captured.append(message); });
     Pipeline::quietDecoderWarnings();
@@ -152,5 +148,3 @@ TEST(DecoderWarnings, AreFilteredOut)
     qInstallMessageHandler(before);
     EXPECT_EQ(captured, QStringList({"kept", "also kept"}));
 }
-
-} // namespace
