@@ -51,14 +51,12 @@ TEST_F(StoreBatch, AdditionsAndProgressWhileProcessing)
     fake.release();
     ASSERT_TRUE(idle());
     EXPECT_EQ(fake.calls(), (QStringList{"a.pdf", "c.pdf", "b.pdf"}));
-    for (const DocPtr &d : store->docs()) {
-        EXPECT_EQ(d->status(), DocStatus(DocStatus::Ready));
-        EXPECT_EQ(d->fields().size(), 8);
-    }
+    for (const DocPtr &d : store->docs())
+        EXPECT_EQ(std::tuple(d->status(), d->fields().size()), std::tuple(DocStatus(DocStatus::Ready), 8));
     fake.lastReport()(DocStatus::Reading, 0.3);
     QCoreApplication::processEvents();
-    EXPECT_EQ(store->docs()[2]->status(), DocStatus(DocStatus::Ready));
-    EXPECT_DOUBLE_EQ(store->docs()[2]->progress(), 1.0);
+    EXPECT_EQ(std::tuple(store->docs()[2]->status(), store->docs()[2]->progress()),
+              std::tuple(DocStatus(DocStatus::Ready), 1.0));
 }
 
 // A loader error becomes the failed status verbatim and keeps earlier fields; re-reading clears
@@ -74,15 +72,13 @@ TEST_F(StoreBatch, FailureAndReprocess)
     writeFile(paths[0], "!PDF is password protected");
     fake.hold();
     store->reprocess(a);
-    EXPECT_FALSE(a->approved());
-    EXPECT_EQ(a->status().label(), "Waiting");
-    EXPECT_DOUBLE_EQ(a->progress(), 0.0);
+    EXPECT_EQ(std::tuple(a->approved(), a->status().label(), a->progress()),
+              std::tuple(false, "Waiting", 0.0));
     fake.release();
     ASSERT_TRUE(idle());
     EXPECT_EQ(fake.calls(), (QStringList{"a.pdf", "b.pdf", "a.pdf"}));
-    EXPECT_EQ(a->status().label(), "Failed: PDF is password protected");
-    EXPECT_DOUBLE_EQ(a->progress(), 1.0);
-    EXPECT_EQ(a->fields(), before);
+    EXPECT_EQ(std::tuple(a->status().label(), a->progress(), a->fields()),
+              std::tuple("Failed: PDF is password protected", 1.0, before));
 }
 
 // Removing the selected document selects the next one, else the previous one, else nothing.
