@@ -21,9 +21,8 @@ TEST_F(StoreBatch, AddExpandsDeduplicatesAndSelects)
     store->add({paths[0], files.filePath("in/./b.pdf")});
     const QUuid first = store->docs()[0]->id();
     store->add({files.filePath("in"), paths[3]});
-    EXPECT_EQ(store->docs().size(), 3);
-    EXPECT_EQ(store->selectedID(), first);
-    EXPECT_TRUE(store->alertText().isEmpty());
+    EXPECT_EQ(std::tuple(store->docs().size(), store->selectedID(), store->alertText()),
+              std::tuple(3, first, QString()));
     EXPECT_TRUE(idle());
     EXPECT_EQ(fake.calls(), (QStringList{"b.pdf", "a.png", "c.pdf"}));
 }
@@ -43,8 +42,7 @@ TEST_F(StoreBatch, AdditionsAndProgressWhileProcessing)
     QObject::connect(store.get(), &Store::changed, store.get(), [&] { ++changes; });
     fake.lastReport()(DocStatus::Recognizing, 0.5);
     ASSERT_TRUE(waitUntil([&] { return a->progress() == 0.5; }));
-    EXPECT_EQ(a->status(), DocStatus(DocStatus::Recognizing));
-    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(std::tuple(a->status(), changes), std::tuple(DocStatus(DocStatus::Recognizing), 2));
 
     store->add({paths[2], paths[1]});
     EXPECT_EQ(store->docs()[1]->status(), DocStatus(DocStatus::Queued));
@@ -93,8 +91,7 @@ TEST_F(StoreBatch, RemovingTheSelectedDocumentMovesTheSelection)
     EXPECT_EQ(store->selectedID(), docs[0]->id());
     store->remove(docs[2]); // no longer in the batch: nothing happens
     store->remove(docs[0]);
-    EXPECT_TRUE(store->selectedID().isNull());
-    EXPECT_TRUE(store->docs().isEmpty());
+    EXPECT_TRUE(store->selectedID().isNull() && store->docs().isEmpty());
 }
 
 // A document removed while being read gets its result unseen and the loop goes on with the next one;
@@ -112,8 +109,7 @@ TEST_F(StoreBatch, RemoveAndClearDuringProcessing)
     store->remove(a);
     fake.step();
     ASSERT_TRUE(waitUntil([&] { return fake.calls().size() == 2; }));
-    EXPECT_EQ(a->status(), DocStatus(DocStatus::Ready));
-    EXPECT_EQ(forwarded, 0);
+    EXPECT_EQ(std::tuple(a->status(), forwarded), std::tuple(DocStatus(DocStatus::Ready), 0));
 
     store->clearAll();
     EXPECT_TRUE(store->docs().isEmpty() && store->selectedID().isNull() && store->isProcessing());
