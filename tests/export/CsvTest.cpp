@@ -1,8 +1,6 @@
 #include "export/Csv.h"
 #include "ExportFixtures.h"
 
-#include <gtest/gtest.h>
-
 namespace {
 
 // Quoting follows whole characters (CR LF and a comma with a combining mark are not special); TSV
@@ -43,10 +41,9 @@ TEST(ExportCsv, PythonReadsItBack)
                   Exporter::csv(table).toUtf8());
     if (out.isNull())
         GTEST_SKIP() << "python3 not found";
-    EXPECT_EQ(
-        out.trimmed(),
-        QByteArray(
-            R"([["a", "b,c", "\"d\""], ["1", "x\ny", "say \"hi\""], ["", "\u00e9\u20ac", "tab\there"]])"));
+    const QByteArray cells =
+        R"([["a", "b,c", "\"d\""], ["1", "x\ny", "say \"hi\""], ["", "\u00e9\u20ac", "tab\there"]])";
+    EXPECT_EQ(out.trimmed(), cells);
 }
 
 } // namespace

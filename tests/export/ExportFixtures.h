@@ -4,6 +4,11 @@
 #include "support/TestSupport.h"
 
 #include <QProcess>
+#include <gtest/gtest.h>
+
+/// Ids of two custom definitions, the second spelt in lower case.
+inline const QUuid poId("{11111111-2222-4333-8444-555555555555}");
+inline const QUuid refId("{aaaaaaaa-bbbb-4ccc-8ddd-eeeeeeeeeeee}");
 
 /// A document at `path` with the given (key, value) fields, labelled by key, and line items.
 inline DocRecord makeDoc(const QString &path, const QList<QPair<QString, QString>> &values,
@@ -20,12 +25,7 @@ inline DocRecord makeDoc(const QString &path, const QList<QPair<QString, QString
 inline LineItem makeItem(const QString &description, const QString &quantity, const QString &unitPrice,
                          const QString &amount)
 {
-    LineItem item;
-    item.description = description;
-    item.quantity = quantity;
-    item.unitPrice = unitPrice;
-    item.amount = amount;
-    return item;
+    return {QUuid::createUuid(), description, quantity, unitPrice, amount, 0.0, false, std::nullopt};
 }
 
 /// Runs `script` with python3, `input` on its standard input; what it printed (a failure's traceback

@@ -6,8 +6,9 @@
 
 namespace {
 
-// A save replaces the file's whole content and leaves no temporary file beside it.
-TEST(SaveFile, ReplacesExistingFile)
+// A save replaces the file's whole content and leaves no temporary file beside it; a failed one keeps
+// the old file whole and says why.
+TEST(SaveFile, ReplacesOrKeepsTheOldFile)
 {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("out.csv"));
@@ -15,24 +16,20 @@ TEST(SaveFile, ReplacesExistingFile)
     ASSERT_FALSE(Exporter::saveFile(path, "second"));
     EXPECT_EQ(readFile(path), QByteArray("second"));
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList({"out.csv"}));
-}
 
-// A destination that cannot be written fails with the system's reason and creates nothing; when no
-// temporary can be made beside the file (here its name leaves no room for the temporary's suffix, as a
-// read-only folder would), the old file keeps every byte; a full device says so in the system's words.
-TEST(SaveFile, FailureKeepsOldFile)
-{
-    QTemporaryDir dir;
+    // A destination that cannot be written fails with the system's reason and creates nothing; when no
+    // temporary can be made beside the file (its name leaves no room for the temporary's suffix, as a
+    // read-only folder would), the old file keeps every byte; a full device says so in its own words.
     const QString missing = dir.filePath(QStringLiteral("missing/out.json"));
     const std::optional<TabrixError> error = Exporter::saveFile(missing, "x");
     ASSERT_TRUE(error);
     EXPECT_FALSE(error->message.isEmpty());
     EXPECT_FALSE(QFile::exists(missing));
 
-    const QString path = dir.filePath(QString(250, u'x') + QStringLiteral(".csv"));
-    ASSERT_FALSE(Exporter::saveFile(path, "old content"));
-    EXPECT_TRUE(Exporter::saveFile(path, "new"));
-    EXPECT_EQ(readFile(path), QByteArray("old content"));
+    const QString longName = dir.filePath(QString(250, u'x') + QStringLiteral(".csv"));
+    ASSERT_FALSE(Exporter::saveFile(longName, "old content"));
+    EXPECT_TRUE(Exporter::saveFile(longName, "new"));
+    EXPECT_EQ(readFile(longName), QByteArray("old content"));
 
     const std::optional<TabrixError> full = Exporter::saveFile(QStringLiteral("/dev/full"), "bytes");
     ASSERT_TRUE(full);

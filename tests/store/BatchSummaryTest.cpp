@@ -10,10 +10,8 @@ DocPtr doc(const QStringList &values, DocStatus::Kind status = DocStatus::Ready,
     static const char *const keys[] = {"vendor", "number", "total", "currency", "subtotal", "tax"};
     auto d = std::make_shared<DocItem>(QStringLiteral("/tmp/x.pdf"));
     QList<Field> fields;
-    for (qsizetype i = 0; i < values.size(); ++i) {
-        fields.append(emptyField(QString::fromLatin1(keys[i]), QString()));
-        fields.last().value = values[i];
-    }
+    for (qsizetype i = 0; i < values.size(); ++i)
+        fields.append({QString::fromLatin1(keys[i]), {}, values[i], 0.0, false, std::nullopt, false, {}});
     d->setFields(fields);
     d->setStatus(status);
     d->setApproved(approved);
@@ -24,12 +22,8 @@ DocPtr doc(const QStringList &values, DocStatus::Kind status = DocStatus::Ready,
 // equal to the cent, among ready documents only; every member of a group is reported.
 TEST(BatchSummary, DuplicateIDs)
 {
-    const struct {
-        const char *what;
-        QList<DocPtr> docs;
-        QList<int> expected;
-    } cases[] = {
-        // clang-format off
+    // clang-format off
+    const struct { const char *what; QList<DocPtr> docs; QList<int> expected; } cases[] = {
         {"totals written differently", {doc({"Acme", "42", "10.00"}), doc({"Acme", "42", "10"}), doc({"Acme", "42", "10.01"})}, {0, 1}},
         {"case and spaces", {doc({"ACME Ltd ", "INV-001", "1,250.00"}), doc({"acme ltd", "inv-001", "1250"})}, {0, 1}},
         {"inner spelling", {doc({"Acme", "INV-001", "5"}), doc({"Acme", "INV 001", "5"})}, {}},
@@ -39,8 +33,8 @@ TEST(BatchSummary, DuplicateIDs)
         {"one still read", {doc({"Acme", "42", "10"}, DocStatus::Reading), doc({"Acme", "42", "10"})}, {}},
         {"three of a kind", {doc({"A", "1", "3"}), doc({"B", "1", "3"}), doc({"A", "1", "3.00"}), doc({"A", "1", "3"})}, {0, 2, 3}},
         {"empty batch", {}, {}},
-        // clang-format on
     };
+    // clang-format on
     for (const auto &c : cases) {
         QSet<QUuid> expected;
         for (int i : c.expected)

@@ -109,16 +109,14 @@ protected:
         return waitUntil([&] { return !store->isProcessing(); });
     }
 
-    /// Creates files (and their folders) under the documents folder, keeping an existing file unless
-    /// `content` is given; returns their paths.
+    /// Writes files (and their folders) under the documents folder; returns their paths.
     QStringList makeFiles(const QStringList &relative, const QByteArray &content = {})
     {
         QStringList paths;
         for (const QString &rel : relative) {
             paths.append(files.filePath(rel));
             QDir().mkpath(QFileInfo(paths.last()).absolutePath());
-            if (!content.isEmpty() || !QFile::exists(paths.last()))
-                writeFile(paths.last(), content);
+            writeFile(paths.last(), content);
         }
         return paths;
     }
