@@ -34,14 +34,13 @@ protected:
     }
 };
 
-// Rows reach the store at once; a pattern that does not compile gets the red border in regex mode only; a
-// file that is not a definitions list is refused in an alert over the sheet; removing the last row brings
-// back the empty text.
+// Rows reach the store at once; a pattern that does not compile gets the red border in regex mode only; an
+// empty file to import is refused in an alert over the sheet; removing the last row brings back the empty
+// text.
 TEST_F(CustomFieldsTest, EditsWriteThroughAndBadRegexIsMarked)
 {
     Answers ui;
-    ui.openPath = docsFolder() + "/bad.json";
-    ASSERT_TRUE(writeFile(ui.openPath, R"([{"id": "6F1C2A4E-0000-4000-8000-000000000001", "name": "PO"}])"));
+    ui.openPath = makeFiles({"empty.json"}).first();
     open(1, &ui);
     CustomFieldsDialog *sheet = openSheet();
     auto *none = sheet->findChild<QLabel *>(QStringLiteral("noCustomFields"));
