@@ -130,7 +130,6 @@ TEST_F(ReviewTest, LineItemsAreEditedThroughTheGrid)
     EXPECT_EQ(QApplication::focusWidget(), grid->itemEdit(2, LineItem::Description));
     EXPECT_EQ(store->highlightKey(), Outlines::itemKey(doc->items()[2]));
     QTest::keyClicks(grid->itemEdit(2, LineItem::Amount), "2.50");
-    EXPECT_EQ(doc->items()[2].amount, "2.50");
     auto *total = form->findChild<QLabel *>(QStringLiteral("itemsTotal"));
     EXPECT_TRUE(total->text().endsWith(Money::pretty(17.5))) << total->text().toStdString();
 
