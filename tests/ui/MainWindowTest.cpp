@@ -1,31 +1,14 @@
 #include "UiTestSupport.h"
 
-#include "ui/DocumentPane.h"
 #include "ui/DropHighlight.h"
-#include "ui/FormPane.h"
 #include "ui/PlatformText.h"
-#include "ui/QueueModel.h"
-#include "ui/ReviewView.h"
-#include "ui/SidebarView.h"
-
-#include <QDragEnterEvent>
-#include <QLabel>
-#include <QListView>
-#include <QMessageBox>
-#include <QMimeData>
-#include <QPushButton>
-#include <QScreen>
-#include <QSplitter>
 
 namespace {
 
 class MainWindowTest : public UiTest {
 protected:
     /// A button of the review screen on show.
-    QPushButton *button(const char *name) const
-    {
-        return window->review()->findChild<QPushButton *>(QString::fromLatin1(name));
-    }
+    QPushButton *button(const char *name) const { return window->review()->findChild<QPushButton *>(name); }
     /// A button of the batch summary, by its text.
     QPushButton *summaryButton(const QString &text) const
     {
@@ -145,16 +128,14 @@ TEST_F(MainWindowTest, WindowFitsTheScreenAndRemembersItsLayout)
     window->resize(MainWindow::fitted(minimum + QSize(40, 20), available).expandedTo(minimum));
     window->splitter()->setSizes({300, 600});
     QApplication::processEvents();
-    const QList<int> sides = window->splitter()->sizes();
-    const QSize size = window->size();
+    const auto layout = std::pair(window->size(), window->splitter()->sizes());
     ASSERT_TRUE(window->close());
 
     MainWindow again(*store);
     again.restoreLayout(QSize(2160, 1350));
     again.show();
     QApplication::processEvents();
-    EXPECT_EQ(again.size(), size);
-    EXPECT_EQ(again.splitter()->sizes(), sides);
+    EXPECT_EQ(std::pair(again.size(), again.splitter()->sizes()), layout);
 }
 
 // Texts written for macOS name this computer and Ctrl elsewhere, and stay as written on macOS.
@@ -178,7 +159,6 @@ TEST_F(MainWindowTest, FocusAfterASelfDisablingButtonIsHarmless)
 
     store->move(+1);
     clickThenSpace(summaryButton("Approve all ready"));
-    EXPECT_EQ(store->docs().size(), 3);
     EXPECT_EQ(store->approvedDocs().size(), 3);
     EXPECT_TRUE(answers.asked.isEmpty());
 
@@ -196,17 +176,13 @@ TEST_F(MainWindowTest, WindowAsksBeforeLosingWork)
 {
     open(1, &answers);
     addAndWait({"1.pdf"});
-    EXPECT_TRUE(window->close());
-    window->show();
     store->docs()[0]->setApproved(true);
     EXPECT_FALSE(window->close());
     EXPECT_EQ(answers.asked, QStringList({"Quit without exporting?"}));
-    QTest::mouseClick(summaryButton("Clear"), Qt::LeftButton);
-    EXPECT_EQ(answers.asked.size(), 2);
-    EXPECT_EQ(store->docs().size(), 1);
     answers.answer = true;
     QTest::mouseClick(summaryButton("Clear"), Qt::LeftButton);
     QApplication::processEvents();
+    EXPECT_EQ(answers.asked.size(), 2);
     EXPECT_TRUE(store->docs().isEmpty());
     EXPECT_FALSE(window->sidebar()->queueView()->isVisible());
     EXPECT_TRUE(window->sidebar()->findChild<QLabel *>(QStringLiteral("noTotals"))->isVisible());

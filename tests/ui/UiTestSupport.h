@@ -1,15 +1,16 @@
 #pragma once
 
+#include "model/Money.h"
 #include "store/Store.h"
 #include "support/TestSupport.h"
+#include "ui/DocumentPane.h"
+#include "ui/FormPane.h"
 #include "ui/MainWindow.h"
+#include "ui/QueueModel.h"
+#include "ui/ReviewView.h"
+#include "ui/SidebarView.h"
 
-#include <QApplication>
-#include <QDir>
-#include <QFileInfo>
-#include <QSettings>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtWidgets> // the tests reach into most of the window's widgets
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -17,12 +18,7 @@
 inline Field valueField(const QString &key, const QString &value, double confidence = 0.9,
                         std::optional<PageBox> box = {}, bool edited = false)
 {
-    Field f = emptyField(key, key);
-    f.value = value;
-    f.confidence = confidence;
-    f.box = box;
-    f.edited = edited;
-    return f;
+    return Field{key, key, value, confidence, edited, box, false, {}};
 }
 
 /// A loader that reads no file: every file becomes `pages` blank pages, the first holding a small
@@ -32,15 +28,10 @@ inline Processing::Loader fakeLoader(int pages)
     return [pages](const QString &path, const Pipeline::Report &) -> Expected<QList<PagePtr>> {
         if (QFileInfo(path).baseName() == QLatin1String("broken"))
             return TabrixError{QStringLiteral("Damaged file")};
-        const QStringList texts = {"Acme Supplies Ltd",
-                                   "Invoice No: INV-1001",
-                                   "Date: 2024-03-05",
-                                   "Description  Qty  Unit Price  Amount",
-                                   "Widget  2  5.00  10.00",
-                                   "Gadget  1  5.00  5.00",
-                                   "Subtotal  15.00",
-                                   "Tax  1.50",
-                                   "Total  16.50"};
+        const QStringList texts = QString("Acme Supplies Ltd\nInvoice No: INV-1001\nDate: 2024-03-05\n"
+                                          "Description  Qty  Unit Price  Amount\nWidget  2  5.00  10.00\n"
+                                          "Gadget  1  5.00  5.00\nSubtotal  15.00\nTax  1.50\nTotal  16.50")
+                                      .split('\n');
         QList<PagePtr> result;
         for (int p = 0; p < pages; ++p) {
             auto page = std::make_shared<PageData>();
@@ -54,16 +45,15 @@ inline Processing::Loader fakeLoader(int pages)
     };
 }
 
-/// Answers every question with `answer` and notes it; open and save dialogs answer `openPath` and
-/// `savePath`.
+/// Answers every question with `answer` and notes it; the open dialog answers `openPath`, the others cancel.
 struct Answers : StoreUi {
     bool answer = false;
     QStringList asked;
-    QString openPath, savePath;
+    QString openPath;
 
     QStringList chooseFilesAndFolders(const QString &) override { return {}; }
     QString chooseFileToOpen(const QString &) override { return openPath; }
-    QString chooseFileToSave(const QString &, const QString &) override { return savePath; }
+    QString chooseFileToSave(const QString &, const QString &) override { return {}; }
     void setClipboardText(const QString &) override {}
     bool confirm(const QString &question, const QString &, const QString &) override
     {
@@ -79,14 +69,13 @@ protected:
     {
         ASSERT_TRUE(m_temp.isValid() && QDir(m_temp.path()).mkpath(QStringLiteral("docs")));
         // The window's remembered layout goes to the temporary folder, never the user's settings.
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                           m_temp.filePath(QStringLiteral("settings")));
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_temp.filePath("settings"));
     }
 
     /// Creates the store and window; `pages` per document.
     void open(int pages = 1, StoreUi *ui = nullptr)
     {
-        store = std::make_unique<Store>(StoreOptions{dataFolder(), fakeLoader(pages), ui});
+        store = std::make_unique<Store>(StoreOptions{m_temp.filePath("data"), fakeLoader(pages), ui});
         window = std::make_unique<MainWindow>(*store);
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
@@ -98,24 +87,19 @@ protected:
     {
         QStringList paths;
         for (const QString &name : names) {
-            const QString path = docsFolder() + QLatin1Char('/') + name;
-            QDir().mkpath(QFileInfo(path).absolutePath());
-            EXPECT_TRUE(writeFile(path, {}));
-            paths.append(path);
+            paths.append(docsFolder() + '/' + name);
+            EXPECT_TRUE(QDir().mkpath(QFileInfo(paths.last()).path()) && writeFile(paths.last(), {}));
         }
         return paths;
     }
 
     QString docsFolder() const { return m_temp.filePath(QStringLiteral("docs")); }
-    QString dataFolder() const { return m_temp.filePath(QStringLiteral("data")); }
 
     /// Whether the batch holds documents and each is ready or failed.
     bool allRead() const
     {
-        return !store->docs().isEmpty() &&
-               std::all_of(store->docs().cbegin(), store->docs().cend(), [](const DocPtr &d) {
-                   return d->status().kind() == DocStatus::Ready || d->status().kind() == DocStatus::Failed;
-               });
+        const auto read = [](const DocPtr &d) { return d->status().kind() >= DocStatus::Ready; }; // or Failed
+        return !store->docs().isEmpty() && std::all_of(store->docs().cbegin(), store->docs().cend(), read);
     }
 
     /// Adds the files and waits until every document is ready or failed.
