@@ -80,7 +80,7 @@ TEST_F(StoreReview, Approval)
     EXPECT_EQ(store->selectedID(), docs[0]->id());
 }
 
-// Re-reading and quitting ask only when work would be lost (a hand correction, an approval
+// Re-reading, clearing and quitting ask only when work would be lost (a hand correction, an approval
 // not exported as it is now), and a declined question changes nothing.
 TEST_F(StoreReview, AskingGuardsWorkOnly)
 {
@@ -103,6 +103,13 @@ TEST_F(StoreReview, AskingGuardsWorkOnly)
     EXPECT_TRUE(store->mayQuit());
     docs[1]->editField(docs[1]->fields()[0].key, "Later");
     EXPECT_EQ(store->unexportedApproved(), QList<DocPtr>{docs[1]});
+
+    ui.asked.clear();
+    store->clearAllAsking(); // declined: the batch stays
+    EXPECT_EQ(std::tuple(ui.asked, store->docs().size()), std::tuple(QStringList{"Clear the batch?"}, 2));
+    ui.answer = true;
+    store->clearAllAsking();
+    EXPECT_TRUE(store->docs().isEmpty());
 }
 
 } // namespace
