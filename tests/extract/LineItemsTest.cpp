@@ -51,18 +51,14 @@ TEST(ParseItem, ReadsOneRow)
 TEST(FindLineItems, TableBounds)
 {
     // clang-format off
-    const struct { QList<QStringList> rows; QStringList descriptions; } cases[] = {
-        {{{"ACME", "Invoice 10.00"}, {"Description", "Qty", "Price", "Amount"}, {"Widget", "2", "5.00", "10.00"}, {"Description", "Qty", "Price", "Amount"}, {"Gadget", "1", "3.00", "3.00"}, {"Subtotal", "13.00"}, {"Extra", "1.00"}}, {"Widget", "Gadget"}},
-        {{{"Coffee", "3.00"}, {"Total", "3.00"}, {"Muffin", "2.50"}}, {"Coffee", "Muffin"}},
-        {{{"Item", "Total", "9.00"}, {"Notebook", "9.00"}, {"Invoice no", "1.00"}}, {"Notebook"}},
+    const struct { QList<QStringList> rows; QStringList items; } cases[] = {
+        {{{"ACME", "Invoice 10.00"}, {"Description", "Qty", "Price", "Amount"}, {"Widget", "2", "5.00", "10.00"}, {"Description", "Qty", "Price", "Amount"}, {"Gadget", "1", "3.00", "3.00"}, {"Subtotal", "13.00"}, {"Extra", "1.00"}}, {"2 x Widget = 10.00", "1 x Gadget = 3.00"}},
+        {{{"Coffee", "3.00"}, {"Total", "3.00"}, {"Muffin", "2.50"}}, {"1 x Coffee = 3.00", "1 x Muffin = 2.50"}},
+        {{{"Item", "Total", "9.00"}, {"Notebook", "9.00"}, {"Invoice no", "1.00"}}, {"1 x Notebook = 9.00"}},
     };
     // clang-format on
-    for (const auto &c : cases) {
-        QStringList descriptions;
-        for (const LineItem &item : Extractor::findLineItems(scan(c.rows)))
-            descriptions.append(item.description);
-        EXPECT_EQ(descriptions, c.descriptions);
-    }
+    for (const auto &c : cases)
+        EXPECT_EQ(RowFixtures::itemTexts(Extractor::findLineItems(scan(c.rows))), c.items);
 }
 
 // Wrapped description lines join the item above only when directly below it on the same page.
@@ -71,9 +67,8 @@ TEST(FindLineItems, JoinsWrappedDescriptions)
     QList<Row> rows{row({"Description", "Qty", "Price", "Amount"}, 0.10),
                     row({"Shirt", "1", "20.00", "20.00"}, 0.13), row({"(blue,   size M)"}, 0.16),
                     row({"cotton"}, 0.19), row({"far below"}, 0.40)};
-    const auto items = Extractor::findLineItems(Extractor::scanRows(rows));
-    ASSERT_EQ(items.size(), 1);
-    EXPECT_EQ(items[0].description, QStringLiteral("Shirt (blue, size M) cotton"));
+    EXPECT_EQ(RowFixtures::itemTexts(Extractor::findLineItems(Extractor::scanRows(rows))),
+              QStringList{"1 x Shirt (blue, size M) cotton = 20.00"});
 }
 
 } // namespace
