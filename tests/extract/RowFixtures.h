@@ -78,12 +78,9 @@ inline Field money(const char *value)
 /// Line items with these amounts and nothing else.
 inline QList<LineItem> items(const QStringList &amounts)
 {
-    QList<LineItem> list;
-    for (const QString &amount : amounts) {
-        LineItem item;
-        item.amount = amount;
-        list.append(item);
-    }
+    QList<LineItem> list(amounts.size());
+    for (qsizetype i = 0; i < amounts.size(); ++i)
+        list[i].amount = amounts[i];
     return list;
 }
 
