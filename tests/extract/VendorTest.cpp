@@ -83,13 +83,12 @@ TEST(Vendor, LabelOnFirstPageAndCandidatesAtItsTop)
 // height give a finite confidence.
 TEST(Vendor, HeightAndReadingOrder)
 {
-    QList<TextLine> lines{lineOf(QStringLiteral("Small Print"), 0.1, 0.02, 0, 0.01),
-                          lineOf(QStringLiteral("Big Letters"), 0.1, 0.05, 0, 0.04)};
-    EXPECT_EQ(Extractor::findVendor(lines).value, QStringLiteral("Big Letters"));
-    const QList<TextLine> row{lineOf(QStringLiteral("Right Side"), 0.6, 0.02),
-                              lineOf(QStringLiteral("Left Side"), 0.1, 0.02)};
-    EXPECT_EQ(Extractor::findVendor(row).value, QStringLiteral("Left Side"));
-    const Field flat = Extractor::findVendor({lineOf(QStringLiteral("Plain Name"), 0.1, 0.1, 0, 0)});
+    const auto vendor = [](const QList<TextLine> &lines) { return Extractor::findVendor(lines).value; };
+    EXPECT_EQ(vendor({lineOf("Small Print", 0.1, 0.02, 0, 0.01), lineOf("Big Letters", 0.1, 0.05, 0, 0.04)}),
+              QStringLiteral("Big Letters"));
+    EXPECT_EQ(vendor({lineOf("Right Side", 0.6, 0.02), lineOf("Left Side", 0.1, 0.02)}),
+              QStringLiteral("Left Side"));
+    const Field flat = Extractor::findVendor({lineOf("Plain Name", 0.1, 0.1, 0, 0)});
     EXPECT_EQ(flat.value, QStringLiteral("Plain Name"));
     EXPECT_DOUBLE_EQ(flat.confidence, 0.4);
 }
