@@ -16,7 +16,7 @@ CustomFieldDef def(const QString &pattern, bool isRegex, const QString &name = Q
 TEST(CustomField, Extracts)
 {
     // clang-format off
-    // boxRow: row whose box is expected, -1 for none
+    // boxRow: the row whose box is expected, -1 for none.
     const struct { const char *name, *pattern; bool isRegex; QStringList rows; const char *value; double confidence; int boxRow; } cases[] = {
         {"Keyword", "PO Number", false, {"Total 5", "PO Number: 4711-A"}, "4711-A", 0.75, 1},
         {"KeywordCaseInsensitive", "po number", false, {"PO NUMBER = 88 #"}, "88", 0.75, 0},

@@ -22,7 +22,7 @@ QList<TextLine> stack(const QStringList &texts, double top = 0.02, int page = 0)
 // name wrapped down to its legal form and prefer the seller above a title or addressee heading.
 TEST(Vendor, ChoosesTheVendor)
 {
-    // confidence: -1: not checked
+    // A confidence of -1 is not checked.
     // clang-format off
     const struct { const char *name; QStringList lines; const char *vendor; double confidence; RuleSet rules = RuleSet::Core; } cases[] = {
         {"LabelNeedsTwoCharacters", {"Vendor:A", "Plain Name"}, "Vendor:A", -1},
