@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <cstdio>
 #include <gtest/gtest.h>
 
 namespace {
@@ -67,22 +66,18 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
 TEST(BatchCli, UnreadableInputsFailOneByOne)
 {
     QTemporaryDir dir;
-    const QByteArray base = QFile::encodeName(dir.path()), folder = base + "/in";
-    QDir().mkpath(dir.filePath("in"));
-    const QByteArray pdf = readFile(samples + "/bluepeak-invoice.pdf");
-    const QList<QByteArray> unspellable{folder + "/invoice-\xff.pdf", folder + "/bad\xfe.pdf"};
-    for (const QByteArray &name : unspellable) {
-        std::FILE *file = std::fopen(name, "wb");
-        ASSERT_TRUE(file);
-        if (name.contains("invoice"))
-            std::fwrite(pdf.constData(), 1, size_t(pdf.size()), file);
-        std::fclose(file);
-    }
+    const QString in = dir.filePath("in");
+    const QByteArray base = QFile::encodeName(dir.path()), folder = QFile::encodeName(in);
+    QDir().mkpath(in);
+    // Names that are not UTF-8, which Qt cannot spell: a readable invoice and an empty file.
+    const char *script =
+        R"(cd "$1" && cp "$0" "invoice-$(printf '\377').pdf" && : >"bad$(printf '\376').pdf")";
+    ASSERT_EQ(QProcess::execute("sh", {"-c", script, samples + "/bluepeak-invoice.pdf", in}), 0);
     writeFile(dir.filePath("two\nlines.pdf"), "");
     ASSERT_EQ(QProcess::execute("mkfifo", {dir.filePath("pipe.pdf")}), 0);
 
     const CliRun run = runCli({"--quiet", "--jobs", "1", dir.filePath("missing.pdf"),
-                               dir.filePath("pipe.pdf"), dir.filePath("two\nlines.pdf"), dir.filePath("in")});
+                               dir.filePath("pipe.pdf"), dir.filePath("two\nlines.pdf"), in});
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_EQ(run.err, base + "/missing.pdf: Failed: No such file or directory\n" + base +
                            "/pipe.pdf: Failed: not a regular file\n" + base +
@@ -94,8 +89,7 @@ TEST(BatchCli, UnreadableInputsFailOneByOne)
     const CliRun allFailed = runCli({"--quiet", dir.filePath("missing.pdf")});
     EXPECT_EQ(allFailed.exitCode, 2);
     EXPECT_EQ(allFailed.out, "[]\n");
-    for (const QByteArray &name : unspellable) // QTemporaryDir cannot remove names Qt cannot spell
-        std::remove(name);
+    QProcess::execute("rm", {"-r", in}); // QTemporaryDir cannot remove names Qt cannot spell
 }
 
 // A write to standard output that fails (a full disk) is an export failure, not success; a document

@@ -1,4 +1,5 @@
 #include "extract/DateDetector.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -8,15 +9,10 @@ namespace {
 
 const QDate today(2025, 6, 15);
 
-struct Form {
-    const char *text;
-    const char *dayFirst;   ///< expected date read day first, "" for no date
-    const char *monthFirst; ///< expected date read month first
-    const char *matched;    ///< the matched text, "" when it is the whole input
-};
-
-// Forms that differ by order list both dates; the rest read the same either way.
-const Form forms[] = {
+// Forms that differ by order list both dates; the rest read the same either way. A date of "" is none; a
+// matched text of "" is the whole input.
+// clang-format off
+const struct { const char *text, *dayFirst, *monthFirst, *matched; } forms[] = {
     {"2024-03-04", "2024-03-04", "2024-03-04", ""},
     {"2024/3/4", "2024-03-04", "2024-03-04", ""},
     {"03/04/2024", "2024-04-03", "2024-03-04", ""},
@@ -73,51 +69,40 @@ const Form forms[] = {
     {"Marketing 5", "", "", ""},
     {"Total 5 Decimal", "", "", ""},
 };
+// clang-format on
 
-class DateForms : public testing::TestWithParam<Form> {};
-
-// Each form resolves to its date in both orders (or to none), and the match covers exactly the date.
-TEST_P(DateForms, ResolvesInBothOrders)
+// Each match as "date matched-text", left to right; `orders` adds "/D" or "/M" when only that order reads it.
+QStringList found(const QString &text, Order order, bool orders = false)
 {
-    const Form form = GetParam();
-    const QString text = QString::fromUtf8(form.text);
-    for (const auto &[order, expected] :
-         {std::pair{Order::DayFirst, form.dayFirst}, std::pair{Order::MonthFirst, form.monthFirst}}) {
-        const QList<DateDetector::Match> found = DateDetector::find(text, order, today);
-        if (*expected == '\0') {
-            EXPECT_TRUE(found.isEmpty())
-                << form.text << " gave " << qPrintable(found.first().date.toString());
-            continue;
-        }
-        ASSERT_EQ(found.size(), 1) << form.text;
-        EXPECT_EQ(found[0].date.toString(Qt::ISODate), QString::fromLatin1(expected)) << form.text;
-        const QString matched = *form.matched ? QString::fromUtf8(form.matched) : text;
-        EXPECT_EQ(text.mid(found[0].range.start, found[0].range.length), matched) << form.text;
-    }
+    QStringList out;
+    for (const DateDetector::Match &m : DateDetector::find(text, order, today))
+        out.append(m.date.toString(Qt::ISODate) + ' ' + text.mid(m.range.start, m.range.length) +
+                   (orders && m.onlyOrder ? (*m.onlyOrder == Order::DayFirst ? "/D" : "/M") : ""));
+    return out;
 }
 
-INSTANTIATE_TEST_SUITE_P(Table, DateForms, testing::ValuesIn(forms));
+// Each form resolves to its date in both orders (or to none), and the match covers exactly the date.
+TEST(DateDetector, FormsResolveInBothOrders)
+{
+    for (const auto &form : forms) {
+        const QString text = QString::fromUtf8(form.text);
+        const QString matched = *form.matched ? QString::fromUtf8(form.matched) : text;
+        for (const auto &[order, date] :
+             {std::pair{Order::DayFirst, form.dayFirst}, std::pair{Order::MonthFirst, form.monthFirst}}) {
+            const QStringList expected{QString::fromLatin1(date) + ' ' + matched};
+            EXPECT_EQ(found(text, order), *date ? expected : QStringList()) << form.text;
+        }
+    }
+}
 
 // Several dates in one text come back left to right with their own ranges and forced orders; a range
 // of two dates joined by another separator gives both.
 TEST(DateDetector, SeveralDatesAndForcedOrder)
 {
-    const QString text = QStringLiteral("Period 01/03/2024 - 31/03/2024, paid 2 Apr 2024");
-    const auto found = DateDetector::find(text, Order::MonthFirst, today);
-    ASSERT_EQ(found.size(), 3);
-    EXPECT_EQ(found[0].date, QDate(2024, 1, 3));
-    EXPECT_FALSE(found[0].onlyOrder.has_value());
-    EXPECT_EQ(found[1].date, QDate(2024, 3, 31));
-    EXPECT_EQ(found[1].onlyOrder, Order::DayFirst);
-    EXPECT_EQ(found[1].range, (TextRange{20, 10}));
-    EXPECT_EQ(found[2].date, QDate(2024, 4, 2));
-    EXPECT_FALSE(found[2].onlyOrder.has_value());
-
-    const auto range = DateDetector::find(QStringLiteral("01.05.14-31.05.14"), Order::DayFirst, today);
-    ASSERT_EQ(range.size(), 2);
-    EXPECT_EQ(range[0].date, QDate(2014, 5, 1));
-    EXPECT_EQ(range[1].date, QDate(2014, 5, 31));
-    EXPECT_EQ(range[1].range, (TextRange{9, 8}));
+    EXPECT_EQ(found("Period 01/03/2024 - 31/03/2024, paid 2 Apr 2024", Order::MonthFirst, true),
+              (QStringList{"2024-01-03 01/03/2024", "2024-03-31 31/03/2024/D", "2024-04-02 2 Apr 2024"}));
+    EXPECT_EQ(found("01.05.14-31.05.14", Order::DayFirst, true),
+              (QStringList{"2014-05-01 01.05.14", "2014-05-31 31.05.14/D"}));
 }
 
 // US English writes the month first; British and year-first locales read day first.

@@ -2,6 +2,7 @@
 
 #include "extract/Amounts.h"
 #include "extract/Extractor.h"
+#include "extract/Rows.h"
 #include "model/Row.h"
 
 #include "support/TestSupport.h"
@@ -25,15 +26,6 @@ inline Row row(const QStringList &cells, double y, int page = 0, double h = 0.02
     return Row(page, lines);
 }
 
-/// Rows from a list of cell lists, 0.03 apart vertically, scanned for amounts.
-inline Extractor::Scan scan(const QList<QStringList> &table, RuleSet rules = RuleSet::Core)
-{
-    QList<Row> rows;
-    for (qsizetype i = 0; i < table.size(); ++i)
-        rows.append(row(table[i], 0.1 + 0.03 * double(i)));
-    return Extractor::scanRows(rows, rules);
-}
-
 /// The lines of an invented page: rows of cells 0.04 apart, the cells of a row 0.2 apart.
 inline QList<TextLine> invoice(const QList<QStringList> &table)
 {
@@ -41,6 +33,12 @@ inline QList<TextLine> invoice(const QList<QStringList> &table)
     for (qsizetype r = 0; r < table.size(); ++r)
         lines.append(row(table[r], 0.05 + 0.04 * double(r)).lines);
     return lines;
+}
+
+/// The invented page's rows, scanned for amounts.
+inline Extractor::Scan scan(const QList<QStringList> &table, RuleSet rules = RuleSet::Core)
+{
+    return Extractor::scanRows(Extractor::buildRows(invoice(table)), rules);
 }
 
 /// One line as wide as its text at 0.01 per character, so that boxes are easy to predict.
@@ -80,13 +78,19 @@ inline Field money(const char *value)
 /// Line items with these amounts and nothing else.
 inline QList<LineItem> items(const QStringList &amounts)
 {
-    QList<LineItem> list;
-    for (const QString &amount : amounts) {
-        LineItem item;
-        item.amount = amount;
-        list.append(item);
-    }
+    QList<LineItem> list(amounts.size());
+    for (qsizetype i = 0; i < amounts.size(); ++i)
+        list[i].amount = amounts[i];
     return list;
+}
+
+/// Each item as "quantity x description = amount", so that whole item lists compare at once.
+inline QStringList itemTexts(const QList<LineItem> &items)
+{
+    QStringList texts;
+    for (const LineItem &item : items)
+        texts.append(item.quantity + " x " + item.description + " = " + item.amount);
+    return texts;
 }
 
 } // namespace RowFixtures

@@ -12,11 +12,7 @@ namespace {
 TEST(FindTax, ChoosesTheTaxRows)
 {
     // clang-format off
-    const struct {
-        QList<QStringList> rows;
-        const char *value;
-        double confidence;
-    } cases[] = {
+    const struct { QList<QStringList> rows; const char *value; double confidence; } cases[] = {
         {{{"Sales tax", "1.50"}, {"City tax", "0.50"}}, "2.00", 0.6},
         {{{"Sales tax", "1.50"}, {"City tax", "0.50"}, {"Total tax", "2.00"}}, "2.00", 0.88},
         {{{"VAT no. GB123456789", "12.00"}, {"Tax rate 8%", "3.00"}}, "", 0},
@@ -31,8 +27,7 @@ TEST(FindTax, ChoosesTheTaxRows)
         EXPECT_DOUBLE_EQ(tax.confidence, c.confidence) << c.rows.first().join(" | ").toStdString();
     }
     const Field summed = Extractor::findTax(scan({{"Sales tax", "1.50"}, {"City tax", "0.50"}}));
-    ASSERT_TRUE(summed.box);
-    EXPECT_NEAR(summed.box->rect.top(), 0.13, 1e-9);
+    EXPECT_NEAR(summed.box.value_or(PageBox{}).rect.top(), 0.09, 1e-9); // no box would give 0
 }
 
 } // namespace
