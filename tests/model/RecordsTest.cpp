@@ -1,7 +1,6 @@
-#include "model/DocItem.h"
+#include "model/DocStatus.h"
 #include "model/Graphemes.h"
 
-#include <QSignalSpy>
 #include <gtest/gtest.h>
 
 namespace {
@@ -12,19 +11,6 @@ TEST(DocStatusTest, FailedComparesByMessageAndProgress)
     EXPECT_NE(DocStatus::failed(QStringLiteral("a")), DocStatus::failed(QStringLiteral("b")));
     EXPECT_TRUE(DocStatus(DocStatus::Recognizing).isInProgress());
     EXPECT_FALSE(DocStatus(DocStatus::Ready).isInProgress());
-}
-
-// Every published setter notifies observers.
-TEST(DocItemTest, PublishedSettersSignal)
-{
-    DocItem doc(QStringLiteral("/tmp/a.pdf"));
-    QSignalSpy spy(&doc, &DocItem::changed);
-    doc.setStatus(DocStatus::Reading);
-    doc.setProgress(0.5);
-    doc.setApproved(true);
-    doc.setFields({});
-    doc.setItems({});
-    EXPECT_EQ(spy.count(), 5);
 }
 
 // Rules that count characters count what a reader sees, not UTF-16 units.
