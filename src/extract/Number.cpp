@@ -54,7 +54,8 @@ const NumberPatterns &patterns()
     return Patterns::compiledOnce<NumberPatterns>();
 }
 
-bool hasDigit(const QString &text)
+// Any numeral counts here, wider than Patterns::hasDigit: a number may be written with digits of any kind.
+bool hasNumeral(const QString &text)
 {
     return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isNumber(); });
 }
@@ -108,7 +109,7 @@ void offerLabelled(const Row &row, RuleSet rules, Best &best)
         if (!m.has(2))
             continue;
         const QString value = trimSeparators(m.captured(row.text, 2));
-        if (!hasDigit(value) || p.dateOnly.contains(value))
+        if (!hasNumeral(value) || p.dateOnly.contains(value))
             continue;
         double confidence = labelConfidence(m.captured(row.text, 1), rules);
         const QString whole = m.captured(row.text);
@@ -128,7 +129,7 @@ void offerStacked(const QList<Row> &rows, qsizetype i, RuleSet rules, Best &best
     const TextLine &line = next.lines.first();
     const QStringList pieces = line.text.split(u' ', Qt::SkipEmptyParts);
     const QString token = pieces.isEmpty() ? QString() : pieces.first();
-    if (hasDigit(token) && !patterns().dateOnly.contains(token))
+    if (hasNumeral(token) && !patterns().dateOnly.contains(token))
         best.offer(token, 0.7, PageBox{line.page, line.rect});
 }
 
@@ -138,7 +139,7 @@ qsizetype invoiceNumberAt(const QString &text, RuleSet rules)
 {
     for (const Regex::Match &m : patterns().numberLabel(rules).matchAll(text)) {
         const QString value = trimSeparators(m.captured(text, 2));
-        if (m.has(2) && hasDigit(value) && !patterns().dateOnly.contains(value) &&
+        if (m.has(2) && hasNumeral(value) && !patterns().dateOnly.contains(value) &&
             labelConfidence(m.captured(text, 1), rules) >= 0.85)
             return m.range().start;
     }
@@ -159,7 +160,7 @@ Field findNumber(const QList<Row> &rows, RuleSet rules)
         if (rules == RuleSet::Full) {
             for (const TextLine &line : row.lines) {
                 const auto m = p.markedNumber.match(line.text);
-                if (m && hasDigit(m->captured(line.text, 1)) &&
+                if (m && hasNumeral(m->captured(line.text, 1)) &&
                     !p.dateOnly.contains(m->captured(line.text, 1)))
                     best.offer(m->captured(line.text, 1), 0.6, PageBox{line.page, line.rect});
             }
