@@ -1,9 +1,9 @@
 #include "DocItem.h"
 
+#include "Doubts.h"
 #include "Money.h"
 
 #include <QFileInfo>
-#include <cmath>
 
 DocItem::DocItem(const QString &path, QObject *parent) : QObject(parent), m_path(path) {}
 
@@ -44,7 +44,7 @@ void DocItem::setItems(const QList<LineItem> &items)
 
 bool ItemsTotal::matches() const
 {
-    return subtotal && std::abs(total - *subtotal) < 0.011;
+    return subtotal && Doubts::withinACent(total, *subtotal);
 }
 
 void DocItem::editField(const QString &key, const QString &text)
@@ -90,18 +90,10 @@ void DocItem::removeItem(const QUuid &id)
 
 std::optional<ItemsTotal> DocItem::itemsTotal() const
 {
-    ItemsTotal result;
-    bool any = false;
-    for (const LineItem &item : m_items) {
-        if (const std::optional<double> amount = Money::parse(item.amount)) {
-            result.total += *amount;
-            any = true;
-        }
-    }
-    if (!any)
+    const std::optional<double> sum = Doubts::itemsSum(m_items);
+    if (!sum)
         return std::nullopt;
-    result.subtotal = Money::parse(value(QStringLiteral("subtotal")));
-    return result;
+    return ItemsTotal{*sum, Money::parse(value(QStringLiteral("subtotal")))};
 }
 
 QString DocItem::value(const QString &key) const

@@ -18,7 +18,7 @@
 struct ItemsTotal {
     double total = 0.0;             ///< sum of the item amounts that parse
     std::optional<double> subtotal; ///< the document's subtotal, when it parses
-    bool matches() const;           ///< within one cent of the subtotal (needs a subtotal)
+    bool matches() const;           ///< within one cent of the subtotal (Doubts::withinACent)
 };
 
 /// One document of the batch. Lives on the main thread; every published setter emits `changed()`

@@ -16,12 +16,6 @@ std::optional<double> amount(const QList<Field> &fields, const char *key)
     return std::nullopt;
 }
 
-// Compared in whole cents so that 0.1 + 0.2 against 0.3 is not a difference.
-bool differByMoreThanACent(double a, double b)
-{
-    return std::llabs(std::llround(a * 100.0) - std::llround(b * 100.0)) > 1;
-}
-
 } // namespace
 
 namespace Doubts {
@@ -37,25 +31,31 @@ QList<Doubt> of(const QList<Field> &fields, const QList<LineItem> &items)
         doubts.append({QStringLiteral("tax"), QStringLiteral("The tax is negative.")});
     if (total && subtotal && std::llround(*total * 100.0) < std::llround(*subtotal * 100.0))
         doubts.append({QStringLiteral("total"), QStringLiteral("The total is below the subtotal.")});
-    if (total && subtotal && tax && differByMoreThanACent(*subtotal + *tax, *total))
+    if (total && subtotal && tax && !withinACent(*subtotal + *tax, *total))
         doubts.append({QStringLiteral("total"), QStringLiteral("Subtotal + tax is ") +
                                                     Money::pretty(*subtotal + *tax) +
                                                     QStringLiteral(", not the total.")});
-    if (subtotal) {
-        double sum = 0.0;
-        bool any = false;
-        for (const LineItem &item : items) {
-            if (const std::optional<double> a = Money::parse(item.amount)) {
-                sum += *a;
-                any = true;
-            }
-        }
-        if (any && differByMoreThanACent(sum, *subtotal))
-            doubts.append({QStringLiteral("subtotal"), QStringLiteral("The line items add up to ") +
-                                                           Money::pretty(sum) +
-                                                           QStringLiteral(", not the subtotal.")});
-    }
+    const std::optional<double> sum = itemsSum(items);
+    if (subtotal && sum && !withinACent(*sum, *subtotal))
+        doubts.append({QStringLiteral("subtotal"), QStringLiteral("The line items add up to ") +
+                                                       Money::pretty(*sum) +
+                                                       QStringLiteral(", not the subtotal.")});
     return doubts;
+}
+
+std::optional<double> itemsSum(const QList<LineItem> &items)
+{
+    std::optional<double> sum;
+    for (const LineItem &item : items) {
+        if (const std::optional<double> amount = Money::parse(item.amount))
+            sum = sum.value_or(0.0) + *amount;
+    }
+    return sum;
+}
+
+bool withinACent(double a, double b)
+{
+    return std::llabs(std::llround(a * 100.0) - std::llround(b * 100.0)) <= 1;
 }
 
 QStringList reasonsFor(const QList<Doubt> &doubts, const QString &key)
