@@ -168,7 +168,7 @@ int runBatch(const BatchOptions &options)
         paths.append(expanded[i].path);
     }
     std::optional<JsonlWriter> jsonl;
-    if (options.format == QLatin1String("jsonl")) {
+    if (options.jsonl) {
         jsonl.emplace(options.output);
         if (const auto error = jsonl->failure()) {
             printError(QStringLiteral("tabrix-cli: Export failed: ") + error->message);
@@ -201,11 +201,7 @@ int exportResults(const BatchOptions &options, const QStringList &files,
             anyFailed = true;
     }
 
-    // The command line was checked before anything was read.
-    const auto format = exportFormatNamed(options.format);
-    const auto layout = rowLayoutNamed(options.layout);
-    Q_ASSERT(format && layout);
-    const auto exported = Exporter::exportBytes(*format, *layout, ready, defs);
+    const auto exported = Exporter::exportBytes(options.format, options.layout, ready, defs);
     if (const auto *error = std::get_if<TabrixError>(&exported)) {
         printError(QStringLiteral("tabrix-cli: ") + error->message);
         return 1;
@@ -213,7 +209,7 @@ int exportResults(const BatchOptions &options, const QStringList &files,
     const QByteArray &bytes = std::get<QByteArray>(exported);
     if (options.output.isEmpty()) {
         if (const auto failure =
-                writeStandardOutput(options.format == QLatin1String("json") ? bytes + '\n' : bytes)) {
+                writeStandardOutput(options.format == ExportFormat::json ? bytes + '\n' : bytes)) {
             printError(QStringLiteral("tabrix-cli: Export failed: ") + failure->message);
             return 1;
         }

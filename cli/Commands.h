@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Shard.h"
+#include "export/ExportFormat.h"
 #include "intake/Processing.h"
 #include "model/CustomFieldDef.h"
 #include "model/RuleSet.h"
@@ -11,11 +12,12 @@
 /// Options of the batch mode (tabrix-cli PATH...).
 struct BatchOptions {
     QStringList paths;
-    QString format = QStringLiteral("json");     ///< json, csv, tsv, xlsx or jsonl
-    QString layout = QStringLiteral("document"); ///< document or line-item
-    QString output;                              ///< empty: standard output
-    QString customFields;                        ///< empty: the user's saved definitions
-    int jobs = 0;                                ///< 0: number of cores
+    ExportFormat format = ExportFormat::json;
+    bool jsonl = false; ///< --format jsonl: one line per finished document instead of `format`
+    RowLayout layout = RowLayout::perDocument;
+    QString output;       ///< empty: standard output
+    QString customFields; ///< empty: the user's saved definitions
+    int jobs = 0;         ///< 0: number of cores
     bool quiet = false;
     RuleSet rules = RuleSet::Full;
     Shard shard;        ///< the part of the expanded input to read

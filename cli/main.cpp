@@ -82,13 +82,17 @@ int main(int argc, char **argv)
                 return usageError(QStringLiteral("--dump-lines takes exactly one PATH"));
             return runDumpLines(v, options.rules);
         } else if (arg == QLatin1String("--format")) {
-            if (!value(v) || (v != QLatin1String("jsonl") && !exportFormatNamed(v)))
+            const bool given = value(v);
+            const auto format = given ? exportFormatNamed(v) : std::nullopt;
+            options.jsonl = given && v == QLatin1String("jsonl");
+            if (!format && !options.jsonl)
                 return usageError(QStringLiteral("--format must be json, csv, tsv, xlsx or jsonl"));
-            options.format = v;
+            options.format = format.value_or(options.format);
         } else if (arg == QLatin1String("--layout")) {
-            if (!value(v) || !rowLayoutNamed(v))
+            const auto layout = value(v) ? rowLayoutNamed(v) : std::nullopt;
+            if (!layout)
                 return usageError(QStringLiteral("--layout must be document or line-item"));
-            options.layout = v;
+            options.layout = *layout;
         } else if (arg == QLatin1String("--output")) {
             if (!value(options.output) || options.output.isEmpty())
                 return usageError(QStringLiteral("--output needs a FILE"));
@@ -121,9 +125,9 @@ int main(int argc, char **argv)
     if (options.paths.isEmpty())
         return usageError(options.merge ? QStringLiteral("--merge needs the jsonl FILEs to combine")
                                         : QStringLiteral("no PATH given"));
-    if (options.merge && (options.format == QLatin1String("jsonl") || options.shard.n > 1))
+    if (options.merge && (options.jsonl || options.shard.n > 1))
         return usageError(QStringLiteral("--merge writes json, csv, tsv or xlsx and takes no --shard"));
-    if (options.format == QLatin1String("xlsx") && options.output.isEmpty())
+    if (!options.jsonl && options.format == ExportFormat::xlsx && options.output.isEmpty())
         return usageError(QStringLiteral("--format xlsx requires --output FILE"));
     return runBatch(options);
 }
