@@ -37,22 +37,22 @@ struct TaxHit {
 };
 
 // Every base tax label holds one of these words (member lines are parts of the row text).
-bool mayHoldTaxLabel(const QString &text, RuleSet rules)
+bool mayHoldTaxLabel(const QString &text, const RuleFeatures &features)
 {
-    return rules == RuleSet::Full ||
+    return features.vocabularies ||
            Patterns::mayContain(
                text, {QLatin1StringView("tax"), QLatin1StringView("vat"), QLatin1StringView("gst"),
                       QLatin1StringView("hst"), QLatin1StringView("pst"), QLatin1StringView("qst"),
                       QLatin1StringView("iva"), QLatin1StringView("mwst"), QLatin1StringView("btw")});
 }
 
-bool isTaxRow(const Row &row, RuleSet rules)
+bool isTaxRow(const Row &row, const RuleFeatures &features)
 {
     const TaxPatterns &p = patterns();
-    if (p.taxLabel(rules).contains(row.text))
+    if (p.taxLabel(features).contains(row.text))
         return true;
     for (const TextLine &line : row.lines) {
-        if (p.taxLabel(rules).contains(line.text))
+        if (p.taxLabel(features).contains(line.text))
             return true;
     }
     return false;
@@ -104,19 +104,20 @@ Field findTax(const Scan &scan, std::optional<double> implied)
         if (isColumnLabelRow(scan, i)) {
             // Column labels over their amounts: each tax label takes the amount under it.
             for (const TextLine &line : row.lines) {
-                if (p.taxExclude(scan.rules).contains(line.text) ||
-                    !p.taxLabel(scan.rules).contains(line.text))
+                if (p.taxExclude(scan.features).contains(line.text) ||
+                    !p.taxLabel(scan.features).contains(line.text))
                     continue;
                 if (const auto near = amountBelow(scan, i, line))
-                    hits.append(TaxHit{near->value, near->box, p.taxTotal(scan.rules).contains(line.text)});
+                    hits.append(
+                        TaxHit{near->value, near->box, p.taxTotal(scan.features).contains(line.text)});
             }
             continue;
         }
-        if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text, scan.rules) ||
-            p.taxExclude(scan.rules).contains(row.text) || !isTaxRow(row, scan.rules))
+        if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text, scan.features) ||
+            p.taxExclude(scan.features).contains(row.text) || !isTaxRow(row, scan.features))
             continue;
         const Amount &last = scan.amounts[i].last();
-        hits.append(TaxHit{last.value, row.box(last.range), p.taxTotal(scan.rules).contains(row.text)});
+        hits.append(TaxHit{last.value, row.box(last.range), p.taxTotal(scan.features).contains(row.text)});
     }
     Field field = chooseTax(hits);
     const auto value = Money::parse(field.value);

@@ -78,11 +78,16 @@ void set(Field &total, double value, double confidence, const PageBox &box)
 void checkTotal(const Scan &scan, const Field &subtotal, const Field &tax, const QList<LineItem> &items,
                 Field &total)
 {
+    checkTotal(scan, totalCandidates(scan), subtotal, tax, items, total);
+}
+
+void checkTotal(const Scan &scan, const QList<TotalCandidate> &candidates, const Field &subtotal,
+                const Field &tax, const QList<LineItem> &items, Field &total)
+{
     const PaymentPatterns &p = patterns();
     const QList<double> targets = checks(scan, subtotal, tax, items);
     if (targets.isEmpty())
         return;
-    const QList<TotalCandidate> candidates = totalCandidates(scan);
     for (const double target : targets) {
         const TotalCandidate *best = nullptr;
         for (const TotalCandidate &c : candidates) {
