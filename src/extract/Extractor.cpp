@@ -23,8 +23,8 @@ namespace {
 // The tax a labelled subtotal and total imply, to check the tax rows against.
 std::optional<double> impliedTax(const Field &subtotal, const Field &total, const RuleFeatures &features)
 {
-    const auto s = Money::parse(subtotal.value);
-    const auto t = Money::parse(total.value);
+    const auto s = Money::amountOf(subtotal);
+    const auto t = Money::amountOf(total);
     if (!features.impliedTax || !s || !t || subtotal.confidence < 0.7 || total.confidence < 0.7)
         return std::nullopt;
     return *t - *s;
