@@ -114,8 +114,8 @@ struct Evidence {
     PageBox box;
 };
 
-// Full rules: printed codes, then local symbols beside amounts, then the seller's legal form, then a
-// lone dollar or crown; counts decide within one strength, the first seen on a tie.
+// Evidence by strength: printed codes, then local symbols beside amounts, then the seller's legal form, then
+// a lone dollar or crown; counts decide within one strength, the first seen on a tie.
 std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &locale)
 {
     const CurrencyPatterns &p = patterns();
@@ -174,15 +174,15 @@ std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &lo
 
 } // namespace
 
-Field findCurrency(const QList<Row> &rows, RuleSet rules, const QLocale &locale)
+Field findCurrency(const QList<Row> &rows, const RuleFeatures &features, const QLocale &locale)
 {
     const QString doc = documentText(rows);
-    if (rules == RuleSet::Full) {
+    if (features.currencyEvidence) {
         if (auto field = strongestEvidence(rows, locale))
             return *field;
         // Amounts without a mark: the user's own currency, as a guess to confirm.
         Field field = emptyField(QStringLiteral("currency"), QStringLiteral("Currency"));
-        if (Patterns::shared().amount(rules).contains(doc)) {
+        if (Patterns::shared().amount(features).contains(doc)) {
             field.value = locale.currencySymbol(QLocale::CurrencyIsoCode);
             field.confidence = field.value.isEmpty() ? 0 : 0.3;
         }

@@ -32,15 +32,14 @@ constexpr QLatin1StringView
 // RulePattern fills the full pattern's vocabulary placeholders.
 RulePattern datePattern(const QString &pattern)
 {
-    const auto fill = [&pattern](RuleSet rules) {
-        const bool full = rules == RuleSet::Full;
+    const auto fill = [&pattern](bool full) {
         QString filled = pattern;
         filled.replace(QLatin1String("{yearlead}"), full ? QLatin1String("(?:del?\\s+)?") : QLatin1String());
         filled.replace(QLatin1String("{ordinals}"), full ? QLatin1String("|er|e") : QLatin1String());
         filled.replace(QLatin1String("{dayof}"), full ? QLatin1String("|de|del") : QLatin1String());
         return filled;
     };
-    return RulePattern(Vocabulary::expand(fill(RuleSet::Core), RuleSet::Core), fill(RuleSet::Full));
+    return RulePattern(Vocabulary::expand(fill(false), RuleSet::Core), fill(true));
 }
 
 // Nothing that belongs to a word or number before the expression.
@@ -74,10 +73,10 @@ const DatePatterns &patterns()
 }
 
 // 1…12 for a month name or abbreviation, 0 for none: English by its first three letters, the
-// vocabularies' names (full rules) as listed.
-int monthNumber(const QString &name, RuleSet rules)
+// vocabularies' names (RuleFeatures::vocabularies) as listed.
+int monthNumber(const QString &name, const RuleFeatures &features)
 {
-    if (rules == RuleSet::Full) {
+    if (features.vocabularies) {
         if (const int month = Vocabulary::active().months.value(name.toLower().remove(u'.')))
             return month;
     }
@@ -136,11 +135,11 @@ void addNumeric(const QString &text, Order order, QList<Match> &out)
 }
 
 void addNamed(const QString &text, const Regex &rx, int dayGroup, int monthGroup, const QDate &today,
-              RuleSet rules, QList<Match> &out)
+              const RuleFeatures &features, QList<Match> &out)
 {
     for (const Regex::Match &m : rx.matchAll(text)) {
         const int year = m.has(3) ? fullYear(m.captured(text, 3)) : today.year();
-        const QDate date = makeDate(year, monthNumber(m.captured(text, monthGroup), rules),
+        const QDate date = makeDate(year, monthNumber(m.captured(text, monthGroup), features),
                                     m.captured(text, dayGroup).toInt());
         if (date.isValid())
             out.append(Match{m.range(), date, std::nullopt});
@@ -149,7 +148,7 @@ void addNamed(const QString &text, const Regex &rx, int dayGroup, int monthGroup
 
 // Whether some word starts with a month's first three letters: a cheap test before the month-name
 // patterns, which are the costly ones.
-bool hasMonthWord(const QString &text, RuleSet rules)
+bool hasMonthWord(const QString &text, const RuleFeatures &features)
 {
     static const QSet<QString> fullPrefixes = [] {
         QSet<QString> prefixes;
@@ -161,7 +160,7 @@ bool hasMonthWord(const QString &text, RuleSet rules)
         if (!text[i].isLetter() || (i > 0 && text[i - 1].isLetter()))
             continue;
         if (monthNumber(text.mid(i, 3), RuleSet::Core) > 0 ||
-            (rules == RuleSet::Full && fullPrefixes.contains(text.mid(i, 3).toLower())))
+            (features.vocabularies && fullPrefixes.contains(text.mid(i, 3).toLower())))
             return true;
     }
     return false;
@@ -169,15 +168,15 @@ bool hasMonthWord(const QString &text, RuleSet rules)
 
 } // namespace
 
-QList<Match> find(const QString &text, Order order, const QDate &today, RuleSet rules)
+QList<Match> find(const QString &text, Order order, const QDate &today, const RuleFeatures &features)
 {
     QList<Match> all;
     if (!Patterns::hasDigit(text))
         return all;
     addNumeric(text, order, all);
-    if (hasMonthWord(text, rules)) {
-        addNamed(text, patterns().dayMonth(rules), 1, 2, today, rules, all);
-        addNamed(text, patterns().monthDay(rules), 2, 1, today, rules, all);
+    if (hasMonthWord(text, features)) {
+        addNamed(text, patterns().dayMonth(features), 1, 2, today, features, all);
+        addNamed(text, patterns().monthDay(features), 2, 1, today, features, all);
     }
     std::stable_sort(all.begin(), all.end(), [](const Match &a, const Match &b) {
         return a.range.start != b.range.start ? a.range.start < b.range.start

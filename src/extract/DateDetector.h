@@ -1,7 +1,7 @@
 #pragma once
 
+#include "RuleFeatures.h"
 #include "model/Row.h"
-#include "model/RuleSet.h"
 
 #include <QDate>
 #include <QList>
@@ -43,7 +43,8 @@ struct Match {
 /// one that starts first wins, then the longer). `today` supplies the year of dates written without one.
 /// The full rules also read the vocabularies' month names ("11. Juli 2014", "3 de mayo de 2024",
 /// "1er janvier 2024").
-QList<Match> find(const QString &text, Order order, const QDate &today, RuleSet rules = RuleSet::Core);
+QList<Match> find(const QString &text, Order order, const QDate &today,
+                  const RuleFeatures &features = RuleSet::Core);
 
 /// The order in which `locale` writes numeric dates: month first where its short date format puts the
 /// month before the day and does not start with the year (English, United States), day first otherwise.

@@ -11,8 +11,9 @@ QList<LineItem> findLineItems(const Scan &scan);
 
 /// One item row: description, quantity, unit price and amount from the row's amounts (left to right).
 /// Nothing when the row has no amount or no plausible description.
-/// The full rules also read a quantity printed before the description ("1,00  Beratung  120,00").
+/// With RuleFeatures::leadingQuantity also a quantity printed before the description ("1,00  Beratung
+/// 120,00").
 std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool hasHeader,
-                                  RuleSet rules = RuleSet::Core);
+                                  const RuleFeatures &features = RuleSet::Core);
 
 } // namespace Extractor

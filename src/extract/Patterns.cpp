@@ -34,31 +34,33 @@ const Shared &shared()
     return patterns;
 }
 
-bool isHeaderLike(const QString &text, RuleSet rules)
+bool isHeaderLike(const QString &text, const RuleFeatures &features)
 {
     const Shared &p = shared();
-    if (rules == RuleSet::Full) {
-        const int hits = int(p.headerDescription(rules).contains(text)) +
-                         int(p.headerQuantity(rules).contains(text)) +
-                         int(p.headerPrice(rules).contains(text)) + int(p.headerAmount(rules).contains(text));
+    // Other languages' header words escape the English word tests below.
+    if (features.vocabularies) {
+        const int hits = int(p.headerDescription(features).contains(text)) +
+                         int(p.headerQuantity(features).contains(text)) +
+                         int(p.headerPrice(features).contains(text)) +
+                         int(p.headerAmount(features).contains(text));
         return hits >= 2;
     }
     using W = QLatin1StringView;
     // Each header pattern needs one of its words; the cheap test spares most rows the patterns.
     const bool description = mayContain(text, {W("descr"), W("item"), W("product"), W("service"), W("detail"),
                                                W("particular"), W("article")}) &&
-                             p.headerDescription(rules).contains(text);
+                             p.headerDescription(features).contains(text);
     const bool quantity =
         mayContain(text, {W("qty"), W("quantit"), W("hour"), W("hrs"), W("unit"), W("pcs")}) &&
-        p.headerQuantity(rules).contains(text);
+        p.headerQuantity(features).contains(text);
     if (!description && !quantity && !mayContain(text, {W("price"), W("rate"), W("cost")}))
         return false;
     int hits = int(description) + int(quantity);
     if (hits < 2 && mayContain(text, {W("price"), W("rate"), W("cost")}) &&
-        p.headerPrice(rules).contains(text))
+        p.headerPrice(features).contains(text))
         ++hits;
     if (hits < 2 && mayContain(text, {W("amount"), W("total"), W("ext")}) &&
-        p.headerAmount(rules).contains(text))
+        p.headerAmount(features).contains(text))
         ++hits;
     return hits >= 2;
 }

@@ -20,8 +20,8 @@ template <class Compiled> const Compiled &compiledOnce()
 
 /// The patterns several finders read (case-insensitive).
 struct Shared {
-    /// Amounts; the full rules also read groups of three digits split by a blank before a decimal comma
-    /// ("1 234,56", as French invoices print them).
+    /// Amounts; with RuleFeatures::blankThousands also groups of three digits split by a blank before a
+    /// decimal comma ("1 234,56", as French invoices print them).
     RulePattern amount;
     /// A subtotal label ("Subtotal", "Net amount", "Total before tax").
     RulePattern subtotalLabel;
@@ -35,7 +35,7 @@ struct Shared {
 const Shared &shared();
 
 /// True when at least two of the four table-header patterns match: the row looks like a table header.
-bool isHeaderLike(const QString &text, RuleSet rules = RuleSet::Core);
+bool isHeaderLike(const QString &text, const RuleFeatures &features = RuleSet::Core);
 
 /// Whether `text` holds a decimal digit (what `\d` matches): a cheap test before patterns that need one.
 bool hasDigit(const QString &text);

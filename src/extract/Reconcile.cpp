@@ -1,5 +1,6 @@
 #include "Reconcile.h"
 
+#include "model/Doubts.h"
 #include "model/Money.h"
 
 #include <cmath>
@@ -7,16 +8,6 @@
 namespace Extractor {
 
 namespace {
-
-bool agree(double a, double b)
-{
-    return std::abs(a - b) < 0.011;
-}
-
-std::optional<double> present(const Field &field)
-{
-    return field.value.isEmpty() ? std::nullopt : Money::parse(field.value);
-}
 
 void raise(Field &field, double floor)
 {
@@ -33,15 +24,12 @@ void write(Field &field, double value)
 
 void reconcile(Field &subtotal, Field &tax, Field &total, const QList<LineItem> &items)
 {
-    const auto s = present(subtotal);
-    const auto t = present(tax);
-    const auto T = present(total);
+    using Doubts::withinACent;
+    const auto s = Money::amountOf(subtotal);
+    const auto t = Money::amountOf(tax);
+    const auto T = Money::amountOf(total);
     const qsizetype n = items.size();
-    double sum = 0;
-    for (const LineItem &item : items) {
-        if (const auto amount = Money::parse(item.amount))
-            sum += *amount;
-    }
+    const double sum = Doubts::itemsSum(items).value_or(0);
 
     if (!s) {
         if (T) {
@@ -49,7 +37,7 @@ void reconcile(Field &subtotal, Field &tax, Field &total, const QList<LineItem> 
                 write(subtotal, *T - *t);
             if (n == 0)
                 return;
-            if (agree(sum, *T))
+            if (withinACent(sum, *T))
                 raise(total, 0.95);
         } else if (n == 0) {
             return;
@@ -59,12 +47,12 @@ void reconcile(Field &subtotal, Field &tax, Field &total, const QList<LineItem> 
         return;
     }
 
-    if (n > 0 && agree(sum, *s))
+    if (n > 0 && withinACent(sum, *s))
         raise(subtotal, 0.95);
     if (t) {
         if (!T) {
             write(total, *s + *t);
-        } else if (agree(*s + *t, *T)) {
+        } else if (withinACent(*s + *t, *T)) {
             raise(subtotal, 0.97);
             raise(tax, 0.97);
             raise(total, 0.97);

@@ -2,9 +2,8 @@
 
 #include "Patterns.h"
 #include "Vocabulary.h"
+#include "model/Doubts.h"
 #include "model/Money.h"
-
-#include <cmath>
 
 namespace Extractor {
 
@@ -37,60 +36,49 @@ struct TaxHit {
 };
 
 // Every base tax label holds one of these words (member lines are parts of the row text).
-bool mayHoldTaxLabel(const QString &text, RuleSet rules)
+bool mayHoldTaxLabel(const QString &text, const RuleFeatures &features)
 {
-    return rules == RuleSet::Full ||
+    return features.vocabularies ||
            Patterns::mayContain(
                text, {QLatin1StringView("tax"), QLatin1StringView("vat"), QLatin1StringView("gst"),
                       QLatin1StringView("hst"), QLatin1StringView("pst"), QLatin1StringView("qst"),
                       QLatin1StringView("iva"), QLatin1StringView("mwst"), QLatin1StringView("btw")});
 }
 
-bool isTaxRow(const Row &row, RuleSet rules)
+bool isTaxRow(const Row &row, const RuleFeatures &features)
 {
     const TaxPatterns &p = patterns();
-    if (p.taxLabel(rules).contains(row.text))
+    if (p.taxLabel(features).contains(row.text))
         return true;
     for (const TextLine &line : row.lines) {
-        if (p.taxLabel(rules).contains(line.text))
+        if (p.taxLabel(features).contains(line.text))
             return true;
     }
     return false;
 }
 
-bool agrees(double a, double b)
-{
-    return std::abs(a - b) < 0.011;
-}
+struct TaxChoice {
+    double amount = 0;
+    double confidence = 0;
+    PageBox box;
+};
 
 // The last tax-total row, else a single tax row, else the sum of several (separate state and city
 // taxes add up).
-Field chooseTax(const QList<TaxHit> &hits)
+std::optional<TaxChoice> chooseTax(const QList<TaxHit> &hits)
 {
-    Field field = emptyField(QStringLiteral("tax"), QStringLiteral("Tax"));
     if (hits.isEmpty())
-        return field;
+        return std::nullopt;
     for (auto it = hits.crbegin(); it != hits.crend(); ++it) {
-        if (it->isTaxTotal) {
-            field.value = Money::twoDecimals(it->amount);
-            field.confidence = 0.88;
-            field.box = it->box;
-            return field;
-        }
+        if (it->isTaxTotal)
+            return TaxChoice{it->amount, 0.88, it->box};
     }
-    if (hits.size() == 1) {
-        field.value = Money::twoDecimals(hits.first().amount);
-        field.confidence = 0.82;
-        field.box = hits.first().box;
-        return field;
-    }
+    if (hits.size() == 1)
+        return TaxChoice{hits.first().amount, 0.82, hits.first().box};
     double sum = 0;
     for (const TaxHit &hit : hits)
         sum += hit.amount;
-    field.value = Money::twoDecimals(sum);
-    field.confidence = 0.6;
-    field.box = hits.last().box;
-    return field;
+    return TaxChoice{sum, 0.6, hits.last().box};
 }
 
 } // namespace
@@ -104,31 +92,35 @@ Field findTax(const Scan &scan, std::optional<double> implied)
         if (isColumnLabelRow(scan, i)) {
             // Column labels over their amounts: each tax label takes the amount under it.
             for (const TextLine &line : row.lines) {
-                if (p.taxExclude(scan.rules).contains(line.text) ||
-                    !p.taxLabel(scan.rules).contains(line.text))
+                if (p.taxExclude(scan.features).contains(line.text) ||
+                    !p.taxLabel(scan.features).contains(line.text))
                     continue;
                 if (const auto near = amountBelow(scan, i, line))
-                    hits.append(TaxHit{near->value, near->box, p.taxTotal(scan.rules).contains(line.text)});
+                    hits.append(
+                        TaxHit{near->value, near->box, p.taxTotal(scan.features).contains(line.text)});
             }
             continue;
         }
-        if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text, scan.rules) ||
-            p.taxExclude(scan.rules).contains(row.text) || !isTaxRow(row, scan.rules))
+        if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text, scan.features) ||
+            p.taxExclude(scan.features).contains(row.text) || !isTaxRow(row, scan.features))
             continue;
         const Amount &last = scan.amounts[i].last();
-        hits.append(TaxHit{last.value, row.box(last.range), p.taxTotal(scan.rules).contains(row.text)});
+        hits.append(TaxHit{last.value, row.box(last.range), p.taxTotal(scan.features).contains(row.text)});
     }
-    Field field = chooseTax(hits);
-    const auto value = Money::parse(field.value);
-    if (!implied || !value || agrees(*value, *implied))
-        return field;
-    for (auto it = hits.crbegin(); it != hits.crend(); ++it) {
-        if (agrees(it->amount, *implied)) {
-            field.value = Money::twoDecimals(it->amount);
-            field.confidence = 0.85;
-            field.box = it->box;
-            break;
+    std::optional<TaxChoice> choice = chooseTax(hits);
+    if (implied && choice && !Doubts::withinACent(choice->amount, *implied)) {
+        for (auto it = hits.crbegin(); it != hits.crend(); ++it) {
+            if (Doubts::withinACent(it->amount, *implied)) {
+                choice = TaxChoice{it->amount, 0.85, it->box};
+                break;
+            }
         }
+    }
+    Field field = emptyField(QStringLiteral("tax"), QStringLiteral("Tax"));
+    if (choice) {
+        field.value = Money::twoDecimals(choice->amount);
+        field.confidence = choice->confidence;
+        field.box = choice->box;
     }
     return field;
 }

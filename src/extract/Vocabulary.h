@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Regex.h"
+#include "RuleFeatures.h"
 #include "model/RuleSet.h"
 
 #include <QHash>
@@ -51,7 +52,10 @@ public:
     explicit RulePattern(const QString &pattern, bool caseInsensitive = true);
     /// A base pattern and a differently shaped full one (which may hold placeholders).
     RulePattern(const QString &core, const QString &full, bool caseInsensitive = true);
-    const Regex &operator()(RuleSet rules) const { return rules == RuleSet::Core ? m_core : m_full; }
+    const Regex &operator()(const RuleFeatures &features) const
+    {
+        return features.rules == RuleSet::Core ? m_core : m_full;
+    }
 
 private:
     Regex m_core;
