@@ -1,6 +1,7 @@
 #include "Number.h"
 #include "Patterns.h"
 
+#include "Keywords.h"
 #include "Regex.h"
 #include "Vocabulary.h"
 
@@ -105,6 +106,8 @@ struct Best {
 void offerLabelled(const Row &row, const RuleFeatures &features, Best &best)
 {
     const NumberPatterns &p = patterns();
+    if (!Keywords::may(row.text, Keywords::NumberLabel, features))
+        return;
     for (const Regex::Match &m : p.numberLabel(features).matchAll(row.text)) {
         if (!m.has(2))
             continue;
@@ -121,7 +124,8 @@ void offerLabelled(const Row &row, const RuleFeatures &features, Best &best)
 
 void offerStacked(const QList<Row> &rows, qsizetype i, const RuleFeatures &features, Best &best)
 {
-    if (!patterns().stackedLabel(features).contains(rows[i].text) || i + 1 >= rows.size())
+    if (i + 1 >= rows.size() || !Keywords::may(rows[i].text, Keywords::NumberLabel, features) ||
+        !patterns().stackedLabel(features).contains(rows[i].text))
         return;
     const Row &next = rows[i + 1];
     if (next.page != rows[i].page || next.lines.isEmpty())
@@ -137,6 +141,8 @@ void offerStacked(const QList<Row> &rows, qsizetype i, const RuleFeatures &featu
 
 qsizetype invoiceNumberAt(const QString &text, const RuleFeatures &features)
 {
+    if (!Keywords::may(text, Keywords::NumberLabel, features))
+        return -1;
     for (const Regex::Match &m : patterns().numberLabel(features).matchAll(text)) {
         const QString value = trimSeparators(m.captured(text, 2));
         if (m.has(2) && hasNumeral(value) && !patterns().dateOnly.contains(value) &&
