@@ -50,6 +50,7 @@ const GroupWords groups[] = {
      {"receipt", "inv", "bill", "order", "ref", "doc", "confirmation", "transaction", "ticket", "form"},
      {"number.invoice", "number.order", "number.other"}},
     {DateLabel, {"due", "pay", "date", "issued"}, {"date.due", "date.issue"}},
+    {LegalForm, {"bhd", "ltd", "sp. z o.o"}, {}},
 };
 
 // The automaton reads classes, not characters: a–z, 0–9, "#", the other letters the words hold (after

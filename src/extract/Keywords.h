@@ -25,6 +25,7 @@ enum Group : unsigned {
     SellerHeading = 1u << 10, ///< "Seller", "Verkäufer" above the seller's details
     NumberLabel = 1u << 11,   ///< "Invoice no.", "Order #", "Rechnungsnummer"
     DateLabel = 1u << 12,     ///< "Date", "Due date", "Rechnungsdatum"
+    LegalForm = 1u << 13,     ///< a legal form found in one country only ("Sdn Bhd", "Pte Ltd")
 };
 using Mask = unsigned;
 

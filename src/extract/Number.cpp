@@ -61,6 +61,16 @@ bool hasNumeral(const QString &text)
     return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isNumber(); });
 }
 
+// The prefixes the case-sensitive prefixed-number pattern starts with; rows without one skip it.
+bool mayHoldPrefixedNumber(const QString &text)
+{
+    for (const char *prefix : {"INV", "RCPT", "REC", "BILL", "PO", "SO"}) {
+        if (text.contains(QLatin1StringView(prefix)))
+            return true;
+    }
+    return false;
+}
+
 QString trimSeparators(const QString &text)
 {
     const auto isSeparator = [](QChar c) { return c == u'.' || c == u'-' || c == u'/' || c == u'_'; };
@@ -160,10 +170,12 @@ Field findNumber(const QList<Row> &rows, const RuleFeatures &features)
     for (qsizetype i = 0; i < rows.size(); ++i) {
         const Row &row = rows[i];
         offerLabelled(row, features, best);
-        if (const auto m = p.prefixedNumber.match(row.text))
+        const bool numeral = hasNumeral(row.text);
+        if (const auto m =
+                numeral && mayHoldPrefixedNumber(row.text) ? p.prefixedNumber.match(row.text) : std::nullopt)
             best.offer(m->captured(row.text, 1), 0.72, row.box(m->range(1)));
         offerStacked(rows, i, features, best);
-        if (features.markedNumbers) {
+        if (features.markedNumbers && numeral) {
             for (const TextLine &line : row.lines) {
                 const auto m = p.markedNumber.match(line.text);
                 if (m && hasNumeral(m->captured(line.text, 1)) &&
@@ -171,7 +183,7 @@ Field findNumber(const QList<Row> &rows, const RuleFeatures &features)
                     best.offer(m->captured(line.text, 1), 0.6, PageBox{line.page, line.rect});
             }
         }
-        if (const auto m = p.hashNumber.match(row.text))
+        if (const auto m = numeral && row.text.contains(u'#') ? p.hashNumber.match(row.text) : std::nullopt)
             best.offer(m->captured(row.text, 1), 0.45, row.box(m->range(1)));
     }
     if (best.confidence < 0)
