@@ -30,6 +30,8 @@ bool isRate(const QString &text, qsizetype end)
 QList<Amount> amountCandidates(const QString &text, const RuleFeatures &features)
 {
     QList<Amount> amounts;
+    if (!Patterns::hasDigit(text)) // every amount has one
+        return amounts;
     for (const Regex::Match &m : Patterns::shared().amount(features).matchAll(text)) {
         if (features.ratesAreNoAmounts && isRate(text, m.range().end()))
             continue;

@@ -104,8 +104,22 @@ QDate makeDate(int year, int month, int day)
     return QDate(year, month, day);
 }
 
+// Whether a digit, a date separator and a digit stand together, as every numeric date needs.
+bool hasNumericShape(const QString &text)
+{
+    for (qsizetype i = 0; i + 2 < text.size(); ++i) {
+        const QChar separator = text[i + 1];
+        if ((separator == u'/' || separator == u'.' || separator == u'-') && text[i].isDigit() &&
+            text[i + 2].isDigit())
+            return true;
+    }
+    return false;
+}
+
 void addNumeric(const QString &text, Order order, QList<Match> &out)
 {
+    if (!hasNumericShape(text))
+        return;
     for (const Regex::Match &m : patterns().numeric.matchAll(text)) {
         const QString first = m.captured(text, 1);
         const QString second = m.captured(text, 3);

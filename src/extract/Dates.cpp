@@ -2,6 +2,7 @@
 #include "Patterns.h"
 
 #include "DateDetector.h"
+#include "Keywords.h"
 #include "Number.h"
 #include "Regex.h"
 #include "Rows.h"
@@ -142,7 +143,10 @@ QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, con
             continue;
         }
         QList<LabelMark> marks;
-        for (const Regex::Match &m : patterns().dateLabel(features).matchAll(row.text)) {
+        const QList<Regex::Match> labels = Keywords::may(row.text, Keywords::DateLabel, features)
+                                               ? patterns().dateLabel(features).matchAll(row.text)
+                                               : QList<Regex::Match>();
+        for (const Regex::Match &m : labels) {
             const QString label = m.captured(row.text).toLower();
             const bool due = label.contains(QLatin1String("due")) || label.contains(QLatin1String("by")) ||
                              patterns().dueWords(features).contains(label);

@@ -1,5 +1,6 @@
 #include "LineItems.h"
 
+#include "Keywords.h"
 #include "Patterns.h"
 #include "Vocabulary.h"
 #include "model/Money.h"
@@ -81,14 +82,8 @@ bool nearWhole(double v)
 
 bool isSummary(const Row &row, const RuleFeatures &features)
 {
-    using W = QLatin1StringView;
-    // Every base summary label holds one of these words (member lines are parts of the row text).
-    if (!features.vocabularies &&
-        !Patterns::mayContain(
-            row.text, {W("total"),  W("balance"),  W("amount"),   W("tax"),        W("vat"),  W("gst"),
-                       W("hst"),    W("discount"), W("shipping"), W("freight"),    W("pay"),  W("paid"),
-                       W("change"), W("cash"),     W("visa"),     W("mastercard"), W("amex"), W("card"),
-                       W("tip"),    W("thank"),    W("due"),      W("net")}))
+    // Member lines are parts of the row text, so the row's words tell for them too.
+    if (!Keywords::may(row.text, Keywords::SummaryRow, features))
         return false;
     const Regex &summary = patterns().summaryRow(features);
     if (summary.contains(row.text))

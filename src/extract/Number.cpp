@@ -1,6 +1,7 @@
 #include "Number.h"
 #include "Patterns.h"
 
+#include "Keywords.h"
 #include "Regex.h"
 #include "Vocabulary.h"
 
@@ -60,6 +61,16 @@ bool hasNumeral(const QString &text)
     return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isNumber(); });
 }
 
+// The prefixes the case-sensitive prefixed-number pattern starts with; rows without one skip it.
+bool mayHoldPrefixedNumber(const QString &text)
+{
+    for (const char *prefix : {"INV", "RCPT", "REC", "BILL", "PO", "SO"}) {
+        if (text.contains(QLatin1StringView(prefix)))
+            return true;
+    }
+    return false;
+}
+
 QString trimSeparators(const QString &text)
 {
     const auto isSeparator = [](QChar c) { return c == u'.' || c == u'-' || c == u'/' || c == u'_'; };
@@ -105,6 +116,8 @@ struct Best {
 void offerLabelled(const Row &row, const RuleFeatures &features, Best &best)
 {
     const NumberPatterns &p = patterns();
+    if (!Keywords::may(row.text, Keywords::NumberLabel, features))
+        return;
     for (const Regex::Match &m : p.numberLabel(features).matchAll(row.text)) {
         if (!m.has(2))
             continue;
@@ -121,7 +134,8 @@ void offerLabelled(const Row &row, const RuleFeatures &features, Best &best)
 
 void offerStacked(const QList<Row> &rows, qsizetype i, const RuleFeatures &features, Best &best)
 {
-    if (!patterns().stackedLabel(features).contains(rows[i].text) || i + 1 >= rows.size())
+    if (i + 1 >= rows.size() || !Keywords::may(rows[i].text, Keywords::NumberLabel, features) ||
+        !patterns().stackedLabel(features).contains(rows[i].text))
         return;
     const Row &next = rows[i + 1];
     if (next.page != rows[i].page || next.lines.isEmpty())
@@ -137,6 +151,8 @@ void offerStacked(const QList<Row> &rows, qsizetype i, const RuleFeatures &featu
 
 qsizetype invoiceNumberAt(const QString &text, const RuleFeatures &features)
 {
+    if (!Keywords::may(text, Keywords::NumberLabel, features))
+        return -1;
     for (const Regex::Match &m : patterns().numberLabel(features).matchAll(text)) {
         const QString value = trimSeparators(m.captured(text, 2));
         if (m.has(2) && hasNumeral(value) && !patterns().dateOnly.contains(value) &&
@@ -154,10 +170,12 @@ Field findNumber(const QList<Row> &rows, const RuleFeatures &features)
     for (qsizetype i = 0; i < rows.size(); ++i) {
         const Row &row = rows[i];
         offerLabelled(row, features, best);
-        if (const auto m = p.prefixedNumber.match(row.text))
+        const bool numeral = hasNumeral(row.text);
+        if (const auto m =
+                numeral && mayHoldPrefixedNumber(row.text) ? p.prefixedNumber.match(row.text) : std::nullopt)
             best.offer(m->captured(row.text, 1), 0.72, row.box(m->range(1)));
         offerStacked(rows, i, features, best);
-        if (features.markedNumbers) {
+        if (features.markedNumbers && numeral) {
             for (const TextLine &line : row.lines) {
                 const auto m = p.markedNumber.match(line.text);
                 if (m && hasNumeral(m->captured(line.text, 1)) &&
@@ -165,7 +183,7 @@ Field findNumber(const QList<Row> &rows, const RuleFeatures &features)
                     best.offer(m->captured(line.text, 1), 0.6, PageBox{line.page, line.rect});
             }
         }
-        if (const auto m = p.hashNumber.match(row.text))
+        if (const auto m = numeral && row.text.contains(u'#') ? p.hashNumber.match(row.text) : std::nullopt)
             best.offer(m->captured(row.text, 1), 0.45, row.box(m->range(1)));
     }
     if (best.confidence < 0)

@@ -1,5 +1,6 @@
 #include "Subtotal.h"
 
+#include "Keywords.h"
 #include "Patterns.h"
 #include "model/Money.h"
 
@@ -37,7 +38,8 @@ Field findSubtotal(const Scan &scan)
     Field field = emptyField(QStringLiteral("subtotal"), QStringLiteral("Subtotal"));
     const Regex &label = Patterns::shared().subtotalLabel(scan.features);
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
-        if (!label.contains(scan.rows[i].text))
+        if (!Keywords::may(scan.rows[i].text, Keywords::SubtotalLabel, scan.features) ||
+            !label.contains(scan.rows[i].text))
             continue;
         if (isColumnLabelRow(scan, i)) {
             for (const TextLine &line : scan.rows[i].lines) {

@@ -1,5 +1,6 @@
 #include "Tax.h"
 
+#include "Keywords.h"
 #include "Patterns.h"
 #include "Vocabulary.h"
 #include "model/Doubts.h"
@@ -34,16 +35,6 @@ struct TaxHit {
     PageBox box;
     bool isTaxTotal = false;
 };
-
-// Every base tax label holds one of these words (member lines are parts of the row text).
-bool mayHoldTaxLabel(const QString &text, const RuleFeatures &features)
-{
-    return features.vocabularies ||
-           Patterns::mayContain(
-               text, {QLatin1StringView("tax"), QLatin1StringView("vat"), QLatin1StringView("gst"),
-                      QLatin1StringView("hst"), QLatin1StringView("pst"), QLatin1StringView("qst"),
-                      QLatin1StringView("iva"), QLatin1StringView("mwst"), QLatin1StringView("btw")});
-}
 
 bool isTaxRow(const Row &row, const RuleFeatures &features)
 {
@@ -92,7 +83,8 @@ Field findTax(const Scan &scan, std::optional<double> implied)
         if (isColumnLabelRow(scan, i)) {
             // Column labels over their amounts: each tax label takes the amount under it.
             for (const TextLine &line : row.lines) {
-                if (p.taxExclude(scan.features).contains(line.text) ||
+                if (!Keywords::may(line.text, Keywords::TaxLabel, scan.features) ||
+                    p.taxExclude(scan.features).contains(line.text) ||
                     !p.taxLabel(scan.features).contains(line.text))
                     continue;
                 if (const auto near = amountBelow(scan, i, line))
@@ -101,7 +93,8 @@ Field findTax(const Scan &scan, std::optional<double> implied)
             }
             continue;
         }
-        if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text, scan.features) ||
+        // Member lines are parts of the row text, so the row's words tell for them too.
+        if (scan.amounts[i].isEmpty() || !Keywords::may(row.text, Keywords::TaxLabel, scan.features) ||
             p.taxExclude(scan.features).contains(row.text) || !isTaxRow(row, scan.features))
             continue;
         const Amount &last = scan.amounts[i].last();

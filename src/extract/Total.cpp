@@ -1,5 +1,6 @@
 #include "Total.h"
 
+#include "Keywords.h"
 #include "Patterns.h"
 #include "Vocabulary.h"
 #include "model/Money.h"
@@ -35,20 +36,12 @@ const TotalPatterns &patterns()
     return Patterns::compiledOnce<TotalPatterns>();
 }
 
-// Every base total label holds one of these words; most rows are rejected here without a pattern.
-bool mayHoldTotalLabel(const QString &text, const RuleFeatures &features)
-{
-    return features.vocabularies ||
-           Patterns::mayContain(
-               text, {QLatin1StringView("total"), QLatin1StringView("due"), QLatin1StringView("pay")});
-}
-
 // A subtotal, a tax total and the like; with the receipt rules also a tax note, a stamp count, a
 // breakdown by rate and the payment rows.
 bool isNoTotal(const QString &text, const RuleFeatures &features)
 {
     const TotalPatterns &p = patterns();
-    return !mayHoldTotalLabel(text, features) || p.notTotal(features).contains(text) ||
+    return !Keywords::may(text, Keywords::TotalLabel, features) || p.notTotal(features).contains(text) ||
            (features.receiptTotals && p.receiptNotTotal.contains(text));
 }
 

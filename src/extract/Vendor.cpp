@@ -1,5 +1,6 @@
 #include "Vendor.h"
 
+#include "Keywords.h"
 #include "OrgTagger.h"
 #include "Patterns.h"
 #include "Regex.h"
@@ -62,21 +63,10 @@ const VendorPatterns &patterns()
     return Patterns::compiledOnce<VendorPatterns>();
 }
 
-// The cheap word tests below let most lines skip the anchored base patterns; the patterns still decide.
+// The label words let most lines skip the anchored patterns; the patterns still decide.
 bool mayBeSkipped(const QString &text, const RuleFeatures &features)
 {
-    using W = QLatin1StringView;
-    if (features.vocabularies)
-        return patterns().vendorSkip(features).contains(text);
-    return Patterns::mayContain(
-               text,
-               {W("#"),        W("tax"),      W("invoice"),  W("receipt"), W("statement"), W("credit"),
-                W("quot"),     W("estimate"), W("bill"),     W("ship"),    W("sold"),      W("customer"),
-                W("order"),    W("page"),     W("date"),     W("due"),     W("total"),     W("amount"),
-                W("descr"),    W("qty"),      W("quantit"),  W("tel"),     W("phone"),     W("fax"),
-                W("mail"),     W("web"),      W("www"),      W("http"),    W("thank"),     W("duplicate"),
-                W("original"), W("copy"),     W("purchase"), W("packing"), W("balance"),   W("account"),
-                W("ref"),      W("no"),       W("welcome"),  W("cashier"), W("server"),    W("table")}) &&
+    return Keywords::may(text, Keywords::VendorSkip, features) &&
            patterns().vendorSkip(features).contains(text);
 }
 
@@ -89,10 +79,7 @@ bool mayBeAddress(const QString &text)
 
 bool mayBeLabel(const QString &text, const RuleFeatures &features)
 {
-    using W = QLatin1StringView;
-    return features.vocabularies ||
-           Patterns::mayContain(text, {W("vendor"), W("supplier"), W("merchant"), W("payee"), W("sold"),
-                                       W("bill"), W("remit"), W("from")});
+    return Keywords::may(text, Keywords::VendorLabel, features);
 }
 
 // A name wrapped over lines: the next lines directly below, as tall, until one holds the legal form
@@ -182,7 +169,8 @@ std::optional<TextLine> nameFieldValue(const QList<TextLine> &page, const TextLi
 std::optional<Field> nameUnderHeading(const QList<TextLine> &page, const RuleFeatures &features)
 {
     for (qsizetype h = 0; h < page.size(); ++h) {
-        if (!patterns().sellerHeading(features).contains(page[h].text))
+        if (!Keywords::may(page[h].text, Keywords::SellerHeading, features) ||
+            !patterns().sellerHeading(features).contains(page[h].text))
             continue;
         const QRectF &heading = page[h].rect;
         int looked = 0;
