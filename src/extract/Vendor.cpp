@@ -70,6 +70,13 @@ bool mayBeSkipped(const QString &text, const RuleFeatures &features)
            patterns().vendorSkip(features).contains(text);
 }
 
+// A registration line names its number's label, or is a bracketed number alone (which has a digit).
+bool isRegistrationLine(const QString &text, const RuleFeatures &features)
+{
+    return (Patterns::hasDigit(text) || Keywords::may(text, Keywords::Registration, features)) &&
+           patterns().registrationLine.contains(text);
+}
+
 // An address needs a digit or a "Box"; the pattern is case-sensitive, so this test is exact.
 bool mayBeAddress(const QString &text)
 {
@@ -84,7 +91,7 @@ bool mayBeLabel(const QString &text, const RuleFeatures &features)
 
 // A name wrapped over lines: the next lines directly below, as tall, until one holds the legal form
 // that ends the name (at most two more lines).
-TextLine joinWrapped(const QList<TextLine> &page, qsizetype at)
+TextLine joinWrapped(const QList<TextLine> &page, qsizetype at, const RuleFeatures &features)
 {
     const VendorPatterns &p = patterns();
     TextLine joined = page[at];
@@ -97,7 +104,7 @@ TextLine joinWrapped(const QList<TextLine> &page, qsizetype at)
         const bool below =
             next.rect.top() > last->rect.top() + 0.5 * h && next.rect.top() - last->rect.bottom() < 0.8 * h;
         const bool asTall = next.rect.height() > 0.65 * h && next.rect.height() < 1.5 * h;
-        if (!below || !asTall || p.registrationLine.contains(next.text) || Patterns::hasDigit(next.text))
+        if (!below || !asTall || isRegistrationLine(next.text, features) || Patterns::hasDigit(next.text))
             return page[at];
         joined.text += u' ' + next.text.trimmed();
         joined.rect = unitedRect(joined.rect, next.rect);
@@ -233,11 +240,12 @@ Field findVendor(const QList<TextLine> &lines, const RuleFeatures &features)
     double dividerTop = 2;
     for (qsizetype i = 0; i < firstPage.size(); ++i) {
         const TextLine &line = firstPage[i];
-        if (features.customerBelowTitle && dividerTop > 1 && p.divider.contains(line.text))
+        if (features.customerBelowTitle && dividerTop > 1 &&
+            Keywords::may(line.text, Keywords::Divider, features) && p.divider.contains(line.text))
             dividerTop = line.rect.top();
         if (isCandidate(line, features) &&
-            !(features.companyNames && p.registrationLine.contains(line.text))) {
-            candidates.append(features.companyNames ? joinWrapped(firstPage, i) : line);
+            !(features.companyNames && isRegistrationLine(line.text, features))) {
+            candidates.append(features.companyNames ? joinWrapped(firstPage, i, features) : line);
             if (candidates.size() == maxCandidates)
                 break;
         }
