@@ -237,11 +237,12 @@ private:
 
 Mask of(const QString &text, const RuleFeatures &features)
 {
+    // The automaton reads only whether the vocabularies' words join the English ones.
     if (features.vocabularies) {
-        static const Automaton withVocabularies(RuleFeatures(RuleSet::Full));
+        static const Automaton withVocabularies(features);
         return withVocabularies.scan(text);
     }
-    static const Automaton english{RuleFeatures()};
+    static const Automaton english(features);
     return english.scan(text);
 }
 

@@ -254,9 +254,15 @@ Field findVendor(const QList<TextLine> &lines, const RuleFeatures &features)
         return field;
     // The seller prints its name above the title or the addressee; an organisation below them is the
     // customer when one stands above.
-    const bool orgAboveDivider = std::any_of(candidates.begin(), candidates.end(), [&](const TextLine &c) {
-        return c.rect.top() < dividerTop && (p.legalForm.contains(c.text) || looksLikeOrg(c.text));
-    });
+    // Each candidate's legal form and organisation look, read once.
+    QList<bool> legal, org;
+    for (const TextLine &c : candidates) {
+        legal.append((features.companyNames || features.customerBelowTitle) && p.legalForm.contains(c.text));
+        org.append(looksLikeOrg(c.text));
+    }
+    bool orgAboveDivider = false;
+    for (qsizetype i = 0; i < candidates.size() && features.customerBelowTitle && !orgAboveDivider; ++i)
+        orgAboveDivider = candidates[i].rect.top() < dividerTop && (legal[i] || org[i]);
 
     double maxH = 0;
     for (const TextLine &line : candidates)
@@ -269,12 +275,12 @@ Field findVendor(const QList<TextLine> &lines, const RuleFeatures &features)
         double score = 1.0 / double(i + 1);
         if (p.organisationSuffix.contains(text))
             score += 3.0;
-        if (looksLikeOrg(text))
+        if (org[i])
             score += 2.0;
         // Lines without height (all zero) get no height bonus rather than a NaN confidence.
         if (maxH > 0)
             score += 2.0 * (candidates[i].rect.height() / maxH);
-        if (features.companyNames && p.legalForm.contains(text))
+        if (features.companyNames && legal[i])
             score += 1.0;
         if (features.customerBelowTitle && orgAboveDivider && candidates[i].rect.top() > dividerTop)
             score -= 10.0;
