@@ -70,10 +70,13 @@ bool mayBeSkipped(const QString &text, const RuleFeatures &features)
            patterns().vendorSkip(features).contains(text);
 }
 
-// A registration line names its number's label, or is a bracketed number alone (which has a digit).
+// A registration line names its number's label, or is a bracketed number alone (a digit and at most
+// one letter).
 bool isRegistrationLine(const QString &text, const RuleFeatures &features)
 {
-    return (Patterns::hasDigit(text) || Keywords::may(text, Keywords::Registration, features)) &&
+    const auto letters = std::count_if(text.begin(), text.end(), [](QChar c) { return c.isLetter(); });
+    return ((letters <= 1 && Patterns::hasDigit(text)) ||
+            Keywords::may(text, Keywords::Registration, features)) &&
            patterns().registrationLine.contains(text);
 }
 
