@@ -2,6 +2,7 @@
 #include "BatchNotices.h"
 #include "Commands.h"
 #include "Jsonl.h"
+#include "OutputCheck.h"
 #include "StandardOutput.h"
 
 #include "export/ExportFormat.h"
@@ -166,6 +167,13 @@ int runBatch(const BatchOptions &options)
     for (const qsizetype i : indices) {
         files.append(expanded[i]);
         paths.append(expanded[i].path);
+    }
+    QStringList everyInput;
+    for (const Pipeline::Found &found : expanded)
+        everyInput.append(found.path);
+    if (const auto refusal = outputIsAnInput(options.output, everyInput)) {
+        printError(*refusal);
+        return 1;
     }
     std::optional<JsonlWriter> jsonl;
     if (options.jsonl) {

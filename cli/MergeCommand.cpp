@@ -2,6 +2,9 @@
 // outputs of its shards.
 #include "Commands.h"
 #include "Jsonl.h"
+#include "OutputCheck.h"
+
+#include "intake/NativeNames.h"
 
 namespace {
 
@@ -20,6 +23,10 @@ QStringList customKeys(const QList<Field> &fields)
 
 int runMerge(const BatchOptions &options, const QList<CustomFieldDef> &defs)
 {
+    if (const auto refusal = outputIsAnInput(options.output, options.paths)) {
+        printError(*refusal);
+        return 1;
+    }
     const auto read = Jsonl::read(options.paths);
     if (const auto *error = std::get_if<TabrixError>(&read)) {
         printError(QStringLiteral("tabrix-cli: ") + error->message);

@@ -8,7 +8,8 @@
 namespace {
 
 // Every refused invocation, of every mode, exits 1 with its message and writes nothing on standard
-// output: usage errors, nothing supported, bad definitions, unreadable inputs and failed writes.
+// output: usage errors, nothing supported, bad definitions (also colliding names), unreadable inputs, failed
+// writes and an output that is one of the inputs (which keeps every byte).
 TEST(Cli, RefusalsExitOneWithTheirMessage)
 {
     QTemporaryDir dir;
@@ -24,6 +25,9 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
     writeFile(counts, first + '\n' + R"({"count":3,"error":"x","index":1,"path":"/b.pdf"})" + '\n');
     writeFile(paths, first + '\n' + R"({"count":2,"error":"x","index":0,"path":"/b.pdf"})" + '\n');
     const QString pdf = samples + "/bluepeak-invoice.pdf", none = dir.filePath("none.json");
+    const QString victim = dir.filePath("victim.pdf"), link = dir.filePath("link.csv");
+    ASSERT_TRUE(QFile::copy(pdf, victim));
+    ASSERT_TRUE(QFile::link(victim, link));
     // clang-format off
     const struct { QStringList args; QString err; } cases[] = {
         {{}, "no PATH given"},
@@ -47,6 +51,10 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
         {{"--custom-fields", dir.filePath("defs.json"), pdf}, "That file isn't a Tabrix custom-fields JSON file."},
         {{"--custom-fields", none, pdf}, none + ": No such file or directory"},
         {{"--output", dir.filePath("no/such/folder/out.json"), pdf}, "tabrix-cli: Export failed: "},
+        {{"--format", "csv", "--output", victim, victim}, "--output " + victim + " is the input " + victim},
+        {{"--format", "jsonl", "--output", victim, dir.path()}, " is the input "},
+        {{"--output", link, dir.filePath("./victim.pdf")}, " is the input "},
+        {{"--merge", "--output", victim, victim}, " is the input "},
         {{"--lines", none}, "cannot read " + none},
         {{"--dump-lines", dir.filePath("broken.pdf")}, dir.filePath("broken.pdf") + ": Failed: Can't open PDF"},
     };
@@ -57,6 +65,7 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
         EXPECT_TRUE(run.out.isEmpty()) << c.args.join(' ').toStdString();
         EXPECT_TRUE(run.err.contains(c.err.toUtf8())) << run.err.toStdString();
     }
+    EXPECT_EQ(readFile(victim), readFile(pdf));
 }
 
 // Every input that cannot be read is a failure of its own, named on one line with its cause even when
