@@ -177,7 +177,7 @@ int runBatch(const BatchOptions &options)
     }
     std::optional<JsonlWriter> jsonl;
     if (options.jsonl) {
-        jsonl.emplace(options.output);
+        jsonl.emplace(options.output, Jsonl::listDigest(everyInput));
         if (const auto error = jsonl->failure()) {
             printError(QStringLiteral("tabrix-cli: Export failed: ") + error->message);
             return 1;

@@ -24,6 +24,8 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
     writeFile(form, "{\"index\": 0}\n");
     writeFile(counts, first + '\n' + R"({"count":3,"error":"x","index":1,"path":"/b.pdf"})" + '\n');
     writeFile(paths, first + '\n' + R"({"count":2,"error":"x","index":0,"path":"/b.pdf"})" + '\n');
+    const QString lists = dir.filePath("lists.jsonl");
+    writeFile(lists, first + '\n' + R"({"count":2,"error":"x","index":1,"list":"b","path":"/b.pdf"})" + '\n');
     const QString pdf = samples + "/bluepeak-invoice.pdf", none = dir.filePath("none.json");
     const QString victim = dir.filePath("victim.pdf"), link = dir.filePath("link.csv");
     ASSERT_TRUE(QFile::copy(pdf, victim));
@@ -47,6 +49,7 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
         {{"--merge", form}, form + ":1: not a line of tabrix-cli --format jsonl"},
         {{"--merge", counts}, counts + ":2: written for another list of files"},
         {{"--merge", paths}, paths + ":2: written for another list of files"},
+        {{"--merge", lists}, lists + ":2: written for another list of files"},
         {{dir.filePath("notes.txt")}, "No supported files found. Tabrix reads PDF, PNG, JPEG, HEIC and TIFF files."},
         {{"--custom-fields", dir.filePath("defs.json"), pdf}, "That file isn't a Tabrix custom-fields JSON file."},
         {{"--custom-fields", none, pdf}, none + ": No such file or directory"},

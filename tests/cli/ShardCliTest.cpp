@@ -119,7 +119,7 @@ TEST(JsonlCli, FailedDocumentsRetriesAndDefinitions)
     ASSERT_EQ(lines.size(), 2);
     const QJsonObject failed = QJsonDocument::fromJson(lines[1]).object();
     const QJsonObject good = QJsonDocument::fromJson(lines[0]).object();
-    EXPECT_EQ(failed.keys(), (QStringList{"count", "error", "file", "index", "path"}));
+    EXPECT_EQ(failed.keys(), (QStringList{"count", "error", "file", "index", "list", "path"}));
     EXPECT_TRUE(failed.value("error").toString().startsWith("Can't open PDF"));
     EXPECT_EQ((QList<int>{failed.value("index").toInt(), good.value("index").toInt()}), (QList<int>{0, 1}));
     EXPECT_EQ(good.value("path").toString(), QDir(dir.path()).filePath("b-good.pdf"));
