@@ -5,6 +5,7 @@
 #include "Theme.h"
 #include "extract/CustomField.h"
 #include "extract/Regex.h"
+#include "model/CustomFieldCodec.h"
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
@@ -242,8 +243,21 @@ void CustomFieldsDialog::rebuild()
         h->addWidget(row.remove);
         showState(row, def);
 
-        connect(row.name, &QLineEdit::textEdited, this,
-                [this, id](const QString &text) { change(id, [&](CustomFieldDef &d) { d.name = text; }); });
+        connect(row.name, &QLineEdit::textEdited, this, [this, id, edit = row.name](const QString &text) {
+            // A name another field or a built-in one has is refused: the export would keep one value.
+            QList<CustomFieldDef> defs = m_store.customFields();
+            for (CustomFieldDef &d : defs) {
+                if (d.id == id)
+                    d.name = text;
+            }
+            const std::optional<QString> conflict = CustomFieldCodec::nameConflict(defs);
+            edit->setToolTip(conflict.value_or(QString()));
+            edit->setStyleSheet(
+                conflict ? QStringLiteral("QLineEdit { border: 1.5px solid %1; }").arg(Theme::red().name())
+                         : QString());
+            if (!conflict)
+                change(id, [&](CustomFieldDef &d) { d.name = text; });
+        });
         connect(row.pattern, &QLineEdit::textEdited, this, [this, id](const QString &text) {
             change(id, [&](CustomFieldDef &d) { d.pattern = text; });
         });
@@ -294,9 +308,11 @@ void CustomFieldsDialog::change(const QUuid &id, const std::function<void(Custom
 void CustomFieldsDialog::addField()
 {
     CustomFieldDef def; // a fresh id, keyword mode
-    def.name = QStringLiteral("New field");
     QList<CustomFieldDef> defs = m_store.customFields();
     defs.append(def);
+    // "New field", else "New field 2", …: names must stay apart.
+    for (int n = 1; defs.last().name.isEmpty() || CustomFieldCodec::nameConflict(defs); ++n)
+        defs.last().name = n == 1 ? QStringLiteral("New field") : QStringLiteral("New field %1").arg(n);
     m_store.setCustomFields(defs); // differs from what is shown, so the rows are rebuilt
     if (!m_rows.isEmpty()) {
         m_rows.constLast().name->setFocus();

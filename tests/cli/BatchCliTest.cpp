@@ -16,6 +16,13 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
     writeFile(dir.filePath("notes.txt"), "hello");
     writeFile(dir.filePath("broken.pdf"), "not a pdf");
     writeFile(dir.filePath("defs.json"), R"([{"id": "x", "isRegex": false, "name": "", "pattern": ""}])");
+    const QString field = R"({"id": "%1", "isRegex": false, "name": "%2", "pattern": ""})";
+    const auto named = [&](const QString &name) {
+        return field.arg(QUuid::createUuid().toString(QUuid::WithoutBraces), name);
+    };
+    writeFile(dir.filePath("po.json"), ('[' + named("PO") + ',' + named("po") + ']').toUtf8());
+    writeFile(dir.filePath("total.json"), ('[' + named("Total") + ']').toUtf8());
+    writeFile(dir.filePath("unnamed.json"), ('[' + named("") + ',' + named("custom FIELD") + ']').toUtf8());
     // Lines of failed documents: one without a path, and lists of files that do not match (other counts,
     // one index naming two files).
     const QString form = dir.filePath("form.jsonl"), counts = dir.filePath("counts.jsonl"),
@@ -83,8 +90,12 @@ TEST(BatchCli, UnreadableInputsFailOneByOne)
     QDir().mkpath(in);
     // Names that are not UTF-8, which Qt cannot spell: a readable invoice and an empty file.
     const char *script =
-        R"(cd "$1" && cp "$0" "invoice-$(printf '\377').pdf" && : >"bad$(printf '\376').pdf")";
-    ASSERT_EQ(QProcess::execute("sh", {"-c", script, samples + "/bluepeak-invoice.pdf", in}), 0);
+        R"(cd "$1" && cp "$0" "invoice-$(printf '\377').pdf" && : >"bad$(printf '\376').pdf" &&
+        n=$(printf 'd%.0s' $(seq 200)) && mkdir deep && cd deep && for i in $(seq 25); do mkdir $n && cd $n; done)";
+    ASSERT_EQ(QProcess::execute("bash", {"-c", script, samples + "/bluepeak-invoice.pdf", in}), 0);
+    QByteArray deep = folder + "/deep";
+    while (deep.size() < 4096) // the first folder whose path the system refuses
+        deep += "/" + QByteArray(200, 'd');
     writeFile(dir.filePath("two\nlines.pdf"), "");
     ASSERT_EQ(QProcess::execute("mkfifo", {dir.filePath("pipe.pdf")}), 0);
 

@@ -1,5 +1,7 @@
 #include "extract/CustomField.h"
 #include "RowFixtures.h"
+#include "extract/Extractor.h"
+#include "model/CustomFieldCodec.h"
 
 #include <gtest/gtest.h>
 
@@ -90,6 +92,15 @@ TEST(CustomField, SlowPatternIsAbandoned)
         EXPECT_EQ(abandoned, c.abandoned) << c.pattern;
         EXPECT_EQ(field.value, QString::fromUtf8(c.value)) << c.pattern;
     }
+}
+
+// The names a custom field may not take are exactly the labels the extractor gives its built-in fields.
+TEST(CustomField, ReservedNamesAreTheBuiltInLabels)
+{
+    QStringList labels;
+    for (const Field &field : Extractor::extract({}, {}, RuleSet::Full).fields)
+        labels.append(field.label);
+    EXPECT_EQ(labels, CustomFieldCodec::builtInLabels());
 }
 
 } // namespace
