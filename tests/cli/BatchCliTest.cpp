@@ -3,6 +3,10 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QUuid>
+#include <atomic>
+#include <cstdio>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -60,6 +64,9 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
         {{dir.filePath("notes.txt")}, "No supported files found. Tabrix reads PDF, PNG, JPEG, HEIC and TIFF files."},
         {{"--custom-fields", dir.filePath("defs.json"), pdf}, "That file isn't a Tabrix custom-fields JSON file."},
         {{"--custom-fields", none, pdf}, none + ": No such file or directory"},
+        {{"--custom-fields", dir.filePath("po.json"), pdf}, "Two custom fields are named \"po\""},
+        {{"--custom-fields", dir.filePath("total.json"), pdf}, "The custom field \"Total\" has the name of a built-in field"},
+        {{"--custom-fields", dir.filePath("unnamed.json"), pdf}, "Two custom fields are named \"custom FIELD\""},
         {{"--output", dir.filePath("no/such/folder/out.json"), pdf}, "tabrix-cli: Export failed: "},
         {{"--format", "csv", "--output", victim, victim}, "--output " + victim + " is the input " + victim},
         {{"--format", "jsonl", "--output", victim, dir.path()}, " is the input "},
