@@ -209,7 +209,10 @@ int exportResults(const BatchOptions &options, const QStringList &files,
             anyFailed = true;
     }
 
-    const auto exported = Exporter::exportBytes(options.format, options.layout, ready, defs);
+    QStringList notes;
+    const auto exported = Exporter::exportBytes(options.format, options.layout, ready, defs, &notes);
+    for (const QString &note : std::as_const(notes))
+        printError(QStringLiteral("tabrix-cli: ") + note);
     if (const auto *error = std::get_if<TabrixError>(&exported)) {
         printError(QStringLiteral("tabrix-cli: ") + error->message);
         return 1;
