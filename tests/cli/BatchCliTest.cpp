@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <thread>
 
 namespace {
 
@@ -144,6 +146,45 @@ TEST(BatchCli, ReportsFullOutputAndCutDocuments)
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_TRUE(run.err.contains(dir.filePath("long.pdf").toUtf8() + ": read the first 40 of 41 pages"))
         << run.err.toStdString();
+}
+
+// A name that is not UTF-8 is read when given relative to the working folder.
+TEST(BatchCli, ReadsOddNamesGivenRelative)
+{
+    QTemporaryDir dir;
+    // Started by the shell, since Qt cannot pass a byte that is not UTF-8.
+    const char *script = R"(cd "$1" && cp "$2/bluepeak-invoice.pdf" "inv-$(printf '\377').pdf" &&
+        "$0" --quiet --format csv "inv-$(printf '\377').pdf"; rm "inv-$(printf '\377').pdf")";
+    QProcess process;
+    process.start("sh", {"-c", script, TABRIX_CLI, dir.path(), samples});
+    ASSERT_TRUE(process.waitForFinished(120000));
+    EXPECT_EQ(process.readAllStandardError(), QByteArray());
+    EXPECT_EQ(process.readAllStandardOutput().count("BP-2024-0387"), 1);
+}
+
+// A file swapped for a named pipe while the batch runs is judged on what was opened, never waited on: every
+// run against a name that flips between the two ends, with the document read or failed by name.
+TEST(BatchCli, FileSwappedForAPipeNeverBlocks)
+{
+#ifdef RENAME_EXCHANGE
+    QTemporaryDir dir;
+    const QString path = dir.filePath("swap.pdf");
+    const QByteArray name = QFile::encodeName(path), pipe = name + ".fifo";
+    ASSERT_TRUE(QFile::copy(samples + "/bluepeak-invoice.pdf", path));
+    ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
+    std::atomic<bool> stop{false};
+    std::thread swapper([&] {
+        while (!stop)
+            ::renameat2(AT_FDCWD, name.constData(), AT_FDCWD, pipe.constData(), RENAME_EXCHANGE);
+    });
+    for (int run = 0; run < 40; ++run) {
+        QProcess cli;
+        cli.start(QStringLiteral(TABRIX_CLI), {"--quiet", "--format", "csv", path});
+        EXPECT_TRUE(cli.waitForFinished(10000)) << "run " << run << " blocked";
+    } // a blocked one is killed as its QProcess goes
+    stop = true;
+    swapper.join();
+#endif
 }
 
 } // namespace
