@@ -21,6 +21,7 @@
 #include <QThreadPool>
 #include <cstdio>
 #include <functional>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -35,6 +36,27 @@ Expected<QList<CustomFieldDef>> customFields(const QString &given)
         return std::holds_alternative<TabrixError>(saved) ? QList<CustomFieldDef>{} : saved;
     }
     return CustomFieldCodec::readFile(given);
+}
+
+QString notSupported()
+{
+    return QStringLiteral("not a supported file");
+}
+
+/// The locations of `paths` as the app expands them; a file named here that Tabrix does not read (a
+/// device such as /dev/zero, a text file) is also kept, as a failure of its own.
+QList<Pipeline::Found> expandNamed(const QStringList &paths)
+{
+    QList<Pipeline::Found> found;
+    for (const QString &path : paths) {
+        struct stat info {};
+        if (::stat(Pipeline::nativeName(path).constData(), &info) == 0 && !S_ISDIR(info.st_mode) &&
+            !Pipeline::isSupported(path))
+            found.append({path, notSupported()});
+        else
+            found += Pipeline::expandReporting({path});
+    }
+    return found;
 }
 
 /// Progress on standard error: a live bar on a terminal, one line per finished document otherwise.
@@ -155,9 +177,9 @@ int runBatch(const BatchOptions &options)
         return runMerge(options, *defs);
     // Each file once, by its standard path, in queue order; unreadable locations stay as failures.
     QSet<QString> known;
-    const QList<Pipeline::Found> expanded =
-        Pipeline::withoutRepeats(Pipeline::expandReporting(options.paths), known);
-    if (expanded.isEmpty()) {
+    const QList<Pipeline::Found> expanded = Pipeline::withoutRepeats(expandNamed(options.paths), known);
+    if (std::all_of(expanded.cbegin(), expanded.cend(),
+                    [](const Pipeline::Found &found) { return found.error == notSupported(); })) {
         printError(Pipeline::noSupportedFilesMessage());
         return 1;
     }
