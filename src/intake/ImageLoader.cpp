@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <png.h>
 
 namespace Pipeline {
 
@@ -79,6 +80,36 @@ std::optional<Frames> openWithQt(const QByteArray &bytes)
                   }};
 }
 
+/// A PNG decoded by libpng's own simplified reader, which keeps its errors to itself (Qt's PNG plugin
+/// lets libpng print "libpng error: …" on standard error); nothing when its header is damaged.
+std::optional<Frames> openPng(const QByteArray &bytes)
+{
+    png_image png{};
+    png.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_memory(&png, bytes.constData(), size_t(bytes.size())))
+        return std::nullopt;
+    // Grey stays grey; grey with alpha has no QImage format of its own and is read as RGBA.
+    const bool alpha = png.format & PNG_FORMAT_FLAG_ALPHA;
+    const bool grey = !(png.format & PNG_FORMAT_FLAG_COLOR) && !alpha;
+    png.format = grey ? PNG_FORMAT_GRAY : (alpha ? PNG_FORMAT_RGBA : PNG_FORMAT_RGB);
+    if (qint64(PNG_IMAGE_SIZE(png)) > qint64(allocationLimitMB) * 1024 * 1024) {
+        png_image_free(&png);
+        return std::nullopt;
+    }
+    const QImage::Format format = png.format == PNG_FORMAT_GRAY  ? QImage::Format_Grayscale8
+                                  : png.format == PNG_FORMAT_RGB ? QImage::Format_RGB888
+                                                                 : QImage::Format_RGBA8888;
+    QImage image(int(png.width), int(png.height), format);
+    if (image.isNull()) {
+        png_image_free(&png);
+        return std::nullopt;
+    }
+    // A failed read has freed the reader's state; the frame then cannot be decoded, as with Qt.
+    if (!png_image_finish_read(&png, nullptr, image.bits(), int(image.bytesPerLine()), nullptr))
+        image = QImage();
+    return Frames{1, [image = limitedImage(std::move(image))](int) { return image; }};
+}
+
 std::optional<Frames> openHeif(const QByteArray &bytes)
 {
     const Engines::OpenHeif open = Engines::module().openHeif;
@@ -92,6 +123,8 @@ std::optional<Frames> openFrames(const QByteArray &bytes)
 {
     if (Engines::looksLikeHeif(bytes.left(64)))
         return openHeif(bytes);
+    if (bytes.startsWith("\x89PNG\r\n\x1a\n"))
+        return openPng(bytes);
     return openWithQt(bytes);
 }
 

@@ -89,8 +89,9 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
 
 // Every input that cannot be read is a failure of its own, named on one line with its cause even when
 // quiet, while the rest of the batch is exported with status 2 (also when nothing is left): a missing path,
-// a named pipe (which must not block), a device or other file named that is not a document, a name with a
-// newline, and a name that is not UTF-8 (read, and shown with the byte escaped).
+// a named pipe (which must not block), a device or other file named that is not a document, a damaged PNG
+// (our message alone, none of the image library's), a name with a newline, and a name that is not UTF-8
+// (read, and shown with the byte escaped).
 TEST(BatchCli, UnreadableInputsFailOneByOne)
 {
     QTemporaryDir dir;
@@ -107,13 +108,17 @@ TEST(BatchCli, UnreadableInputsFailOneByOne)
         deep += "/" + QByteArray(200, 'd');
     writeFile(dir.filePath("two\nlines.pdf"), "");
     ASSERT_EQ(QProcess::execute("mkfifo", {dir.filePath("pipe.pdf")}), 0);
+    QByteArray png = readFile(samples + "/atelier-invoice-scan.png");
+    for (qsizetype i = png.indexOf("IDAT") + 40, end = i + 20; i < end; ++i)
+        png[i] = char(png[i] ^ 0x55);
+    writeFile(dir.filePath("bad.png"), png);
 
     const CliRun run = runCli({"--quiet", "--jobs", "1", dir.filePath("missing.pdf"), dir.filePath("pipe.pdf"),
-                               "/dev/zero", dir.filePath("two\nlines.pdf"), in});
+                               "/dev/zero", dir.filePath("bad.png"), dir.filePath("two\nlines.pdf"), in});
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_EQ(run.err, base + "/missing.pdf: Failed: No such file or directory\n" + base +
                            "/pipe.pdf: Failed: not a regular file\n/dev/zero: Failed: not a supported file\n" +
-                           base +
+                           base + "/bad.png: Failed: Couldn't decode image\n" + base +
                            "/two\\nlines.pdf: Failed: The file is empty\n" + folder +
                            "/bad\\xfe.pdf: Failed: The file is empty\n");
     const QJsonArray docs = QJsonDocument::fromJson(run.out).array();
