@@ -91,7 +91,7 @@ TEST(Cli, RefusalsExitOneWithTheirMessage)
 // quiet, while the rest of the batch is exported with status 2 (also when nothing is left): a missing path,
 // a named pipe (which must not block), a device or other file named that is not a document, a damaged PNG
 // (our message alone, none of the image library's), a name with a newline, and a name that is not UTF-8
-// (read, and shown with the byte escaped).
+// (read, and shown with the byte escaped), and a folder whose path is longer than the system takes.
 TEST(BatchCli, UnreadableInputsFailOneByOne)
 {
     QTemporaryDir dir;
@@ -113,14 +113,16 @@ TEST(BatchCli, UnreadableInputsFailOneByOne)
         png[i] = char(png[i] ^ 0x55);
     writeFile(dir.filePath("bad.png"), png);
 
-    const CliRun run = runCli({"--quiet", "--jobs", "1", dir.filePath("missing.pdf"), dir.filePath("pipe.pdf"),
-                               "/dev/zero", dir.filePath("bad.png"), dir.filePath("two\nlines.pdf"), in});
+    const CliRun run =
+        runCli({"--quiet", "--jobs", "1", dir.filePath("missing.pdf"), dir.filePath("pipe.pdf"), "/dev/zero",
+                dir.filePath("bad.png"), dir.filePath("two\nlines.pdf"), in});
     EXPECT_EQ(run.exitCode, 2);
-    EXPECT_EQ(run.err, base + "/missing.pdf: Failed: No such file or directory\n" + base +
-                           "/pipe.pdf: Failed: not a regular file\n/dev/zero: Failed: not a supported file\n" +
-                           base + "/bad.png: Failed: Couldn't decode image\n" + base +
-                           "/two\\nlines.pdf: Failed: The file is empty\n" + folder +
-                           "/bad\\xfe.pdf: Failed: The file is empty\n");
+    EXPECT_EQ(run.err,
+              base + "/missing.pdf: Failed: No such file or directory\n" + base +
+                  "/pipe.pdf: Failed: not a regular file\n/dev/zero: Failed: not a supported file\n" + base +
+                  "/bad.png: Failed: Couldn't decode image\n" + base +
+                  "/two\\nlines.pdf: Failed: The file is empty\n" + folder +
+                  "/bad\\xfe.pdf: Failed: The file is empty\n" + deep + ": Failed: File name too long\n");
     const QJsonArray docs = QJsonDocument::fromJson(run.out).array();
     ASSERT_EQ(docs.size(), 1);
     EXPECT_EQ(docs[0]["number"].toString(), QStringLiteral("BP-2024-0387"));
