@@ -13,10 +13,10 @@ void BatchNotices::read(const QString &path, const Processing::Loaded &loaded)
         m_toldSlow.insert(id);
         for (const CustomFieldDef &def : std::as_const(m_defs)) {
             if (def.id == id)
-                printError(
-                    QStringLiteral("Custom field \"%1\": the pattern %2 is too slow; it was stopped and "
-                                   "left empty where it ran too long (first in %3)")
-                        .arg(def.name, def.pattern, Pipeline::displayName(path)));
+                printError(QStringLiteral(
+                               "Custom field \"%1\": the pattern %2 is too slow; it was stopped and, "
+                               "with the patterns after it, left empty where it ran too long (first in %3)")
+                               .arg(def.name, def.pattern, Pipeline::displayName(path)));
         }
     }
     if (!m_quiet && loaded.pagesInFile > loaded.pagesRead) {

@@ -16,4 +16,14 @@ Field extractCustom(const CustomFieldDef &def, const QList<Row> &rows, bool *aba
 /// a document's custom field is known to be current.
 QString customSource(const CustomFieldDef &def);
 
+/// The fields of `defs` on one document, in their order. Their regular expressions share one matching
+/// budget for the whole document, so many slow patterns cannot add up to minutes: once it is spent, the
+/// pattern that spent it and every regular expression after it are left empty (keywords still run), and
+/// the id of the one that spent it is appended to `slow`, when given.
+QList<Field> extractCustomFields(const QList<CustomFieldDef> &defs, const QList<Row> &rows,
+                                 QList<QUuid> *slow = nullptr);
+
+/// More regular-expression fields than this share the budget too thinly; the editor warns.
+constexpr int manyPatterns = 50;
+
 } // namespace Extractor

@@ -88,6 +88,12 @@ CustomFieldsDialog::CustomFieldsDialog(Store &store, QWidget *parent) : QDialog(
     explanation->setWordWrap(true);
     explanation->setStyleSheet(QStringLiteral("color: %1").arg(Theme::secondaryText().name()));
     layout->addWidget(explanation);
+    m_manyPatterns = new QLabel;
+    m_manyPatterns->setObjectName(QStringLiteral("manyPatterns"));
+    m_manyPatterns->setWordWrap(true);
+    m_manyPatterns->setStyleSheet(QStringLiteral("color: %1").arg(Theme::red().name()));
+    m_manyPatterns->hide();
+    layout->addWidget(m_manyPatterns);
 
     auto *rows = new QWidget;
     m_rowsLayout = new QVBoxLayout(rows);
@@ -206,6 +212,7 @@ void CustomFieldsDialog::rebuild()
     m_rows.clear();
     m_written = m_store.customFields();
     m_none->setVisible(m_written.isEmpty());
+    showPatternCount(m_written);
 
     for (qsizetype i = 0; i < m_written.size(); ++i) {
         const CustomFieldDef &def = m_written[i];
@@ -288,6 +295,19 @@ void CustomFieldsDialog::showState(const Row &row, const CustomFieldDef &def)
     row.pattern->setToolTip(problem);
 }
 
+void CustomFieldsDialog::showPatternCount(const QList<CustomFieldDef> &defs)
+{
+    const auto count =
+        std::count_if(defs.cbegin(), defs.cend(), [](const CustomFieldDef &d) { return d.isRegex; });
+    // All patterns of a document share one time budget, so past a few dozen the last ones go empty.
+    m_manyPatterns->setVisible(count > Extractor::manyPatterns);
+    m_manyPatterns->setText(
+        QStringLiteral("%1 regular expressions: each document gives all of them together a limited time, so "
+                       "with this many the later ones may be left empty. Keep at most %2.")
+            .arg(count)
+            .arg(Extractor::manyPatterns));
+}
+
 void CustomFieldsDialog::change(const QUuid &id, const std::function<void(CustomFieldDef &)> &edit)
 {
     QList<CustomFieldDef> defs = m_store.customFields();
@@ -301,6 +321,7 @@ void CustomFieldsDialog::change(const QUuid &id, const std::function<void(Custom
         }
         m_written = defs;
         m_store.setCustomFields(defs);
+        showPatternCount(defs);
         return;
     }
 }

@@ -103,4 +103,18 @@ TEST(CustomField, ReservedNamesAreTheBuiltInLabels)
     EXPECT_EQ(labels, CustomFieldCodec::builtInLabels());
 }
 
+// All custom patterns of a document share one matching budget: the first slow one spends it and is the
+// one reported, the regular expressions after it stay empty, keywords still run.
+TEST(CustomField, OneBudgetPerDocument)
+{
+    const QList<CustomFieldDef> defs{def("(a+)+$", true, "Slow"), def("(a+)+b$", true, "Slower"),
+                                     def("a+", true, "Quick"), def("aaa", false, "Keyword")};
+    const QList<TextLine> lines{{QString(40, u'a') + u'!', QRectF(0.1, 0.1, 0.5, 0.02), 0}};
+    const Extractor::Result result = Extractor::extract(lines, defs, RuleSet::Core);
+    EXPECT_EQ(result.slowPatterns, QList<QUuid>{defs[0].id});
+    ASSERT_EQ(result.fields.size(), 12);
+    EXPECT_EQ(result.fields[10].value, QString());
+    EXPECT_EQ(result.fields[11].value, QString(37, u'a') + u'!');
+}
+
 } // namespace
