@@ -99,9 +99,10 @@ TEST_F(SamplesCli, KilledShardIsRefusedUntilRunAgain)
     EXPECT_EQ(run.out, singleCsv);
 }
 
-// Lines stream to standard output; a failed document gets "error" instead of fields. The merge lists it
-// as a run does, lets a later line of a path win, keeps the custom fields the lines were read with (other
-// definitions are refused) and writes a workbook to the named file.
+// Lines stream to standard output; a failed document gets "error" instead of fields, and a pattern that does
+// not compile is named once. The merge lists it as a run does, lets a later line of a path win, keeps the
+// custom fields the lines were read with (other definitions are refused) and writes a workbook to the named
+// file.
 TEST(JsonlCli, FailedDocumentsRetriesAndDefinitions)
 {
     QTemporaryDir dir;
@@ -110,10 +111,13 @@ TEST(JsonlCli, FailedDocumentsRetriesAndDefinitions)
     const QString defs = dir.filePath("defs.json"), noDefs = dir.filePath("none.json");
     writeFile(
         defs,
-        R"json([{"id": "6F1E2D3C-4B5A-4978-8695-A4B3C2D1E0F9", "isRegex": true, "name": "Terms", "pattern": "Terms:\\s*(.+)"}])json");
+        R"json([{"id": "6F1E2D3C-4B5A-4978-8695-A4B3C2D1E0F9", "isRegex": true, "name": "Terms", "pattern": "Terms:\\s*(.+)"},
+                {"id": "6F1E2D3C-4B5A-4978-8695-A4B3C2D1E0FA", "isRegex": true, "name": "PO", "pattern": "PO("}])json");
     writeFile(noDefs, "[]");
     const CliRun run = runCli({"--quiet", "--custom-fields", defs, "--format", "jsonl", dir.path()});
     EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.err.count("Custom field \"PO\": the pattern PO( does not compile"), 1)
+        << run.err.toStdString();
     QList<QByteArray> lines = run.out.trimmed().split('\n');
     std::sort(lines.begin(), lines.end()); // from completion order to {"confidence"… before {"count"…
     ASSERT_EQ(lines.size(), 2);
@@ -131,7 +135,7 @@ TEST(JsonlCli, FailedDocumentsRetriesAndDefinitions)
     EXPECT_TRUE(merged.err.contains(dir.filePath("a-broken.pdf").toUtf8() + ": Failed: Can't open PDF"));
     const QList<QByteArray> rows = merged.out.split('\n');
     ASSERT_EQ(rows.size(), 3) << merged.out.toStdString(); // header and the good document, once
-    EXPECT_TRUE(rows[0].endsWith("\tTerms"));
+    EXPECT_TRUE(rows[0].endsWith("\tTerms\tPO"));
     EXPECT_TRUE(rows[1].contains("\tNW-RETRIED\t") && rows[1].contains("\tNet 30.")) << rows[1].toStdString();
 
     merged =
