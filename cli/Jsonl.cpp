@@ -101,13 +101,14 @@ Expected<Run> read(const QStringList &paths)
     for (const QString &name : paths) {
         QFile file(name);
         if (!file.open(QIODevice::ReadOnly))
-            return TabrixError{QStringLiteral("cannot read %1: %2").arg(name, file.errorString())};
+            return TabrixError{
+                QStringLiteral("cannot read %1: %2").arg(Pipeline::displayName(name), file.errorString())};
         // Line by line, so memory holds the records rather than whole outputs.
         for (qsizetype n = 1; !file.atEnd(); ++n) {
             const QByteArray line = file.readLine();
             if (line.trimmed().isEmpty())
                 continue;
-            const QString where = QStringLiteral("%1:%2: ").arg(name).arg(n);
+            const QString where = QStringLiteral("%1:%2: ").arg(Pipeline::displayName(name)).arg(n);
             QJsonParseError error{};
             const QJsonDocument doc = QJsonDocument::fromJson(line, &error);
             if (error.error != QJsonParseError::NoError && !line.endsWith('\n')) {

@@ -147,4 +147,17 @@ TEST(JsonlCli, FailedDocumentsRetriesAndDefinitions)
     EXPECT_TRUE(merged.err.contains("read with other custom field definitions"));
 }
 
+// Text a jsonl file carries (a path, a message) reaches standard error escaped, as a run shows file names:
+// no terminal control sequence and no line break of its own.
+TEST(JsonlCli, MergeEscapesTextFromTheLines)
+{
+    QTemporaryDir dir;
+    const QString lines = dir.filePath("x.jsonl");
+    writeFile(lines, R"({"count":1,"error":"bad\u001b[2J\nnext","index":0,"path":"/in/\u001b]0;x\u0007.pdf"})"
+                     "\n");
+    const CliRun run = merge({lines});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.err, "/in/\\x1b]0;x\\x07.pdf: Failed: bad\\x1b[2J\\nnext\n");
+}
+
 } // namespace
