@@ -23,7 +23,8 @@ QString withoutCurrency(QString text)
     while (!text.isEmpty() && text.back().category() == QChar::Symbol_Currency)
         text = text.chopped(1).trimmed();
     const auto isCode = [](QStringView s) {
-        return s.size() == 3 && std::all_of(s.begin(), s.end(), [](QChar c) { return c.isLetter(); });
+        return s.size() == 3 &&
+               std::all_of(s.begin(), s.end(), [](QChar c) { return c >= u'A' && c <= u'Z'; });
     };
     if (text.size() > 3 && isCode(QStringView(text).left(3)) && !text.at(3).isLetter())
         text = text.mid(3).trimmed();

@@ -30,7 +30,7 @@ std::optional<QString> exported(const QString &text, Kind kind, const QLocale &l
 QString problem(const QString &text, Kind kind, const QLocale &locale);
 
 /// The amount in `text` as typed (see above), or nothing when it holds anything but the number, its
-/// sign, grouping, a currency symbol or a three-letter currency code.
+/// sign, grouping, a currency symbol or a three-letter upper-case currency code.
 std::optional<double> amount(const QString &text, const QLocale &locale);
 
 /// The date in `text` as typed (see above), or nothing.

@@ -245,7 +245,7 @@ void DocumentPane::applyFit()
 {
     // Fit page lets the canvas fill the view; any other fit gives it the page's size, to scroll over.
     m_canvas->setScale(m_fit == Fit::Page ? 0.0 : scale());
-    m_canvas->setMinimumSize(m_fit == Fit::Page ? QSize() : m_canvas->sizeHint());
+    m_canvas->setMinimumSize(m_fit == Fit::Page ? QSize(0, 0) : m_canvas->sizeHint());
     m_canvas->resize(m_canvas->minimumSize().expandedTo(m_scroll->viewport()->size()));
     m_zoomText->setText(QString::number(std::lround(scale() * 100)) + QLatin1Char('%'));
 }
