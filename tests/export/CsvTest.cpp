@@ -74,7 +74,8 @@ TEST(ExportCsv, DefusesFormulaText)
         const QStringList csvLines = Exporter::csv(table).split(QStringLiteral("\r\n"));
         const QStringList tsvLines = Exporter::tsv(table).split(u'\n');
         EXPECT_EQ(csvLines.value(1).remove(u'"'), QString(c.written).remove(u'"')) << c.cell.toStdString();
-        EXPECT_EQ(tsvLines.value(1), QString(c.written).replace(u'\t', u' ').replace(u'\r', u' ')) << c.cell.toStdString();
+        EXPECT_EQ(tsvLines.value(1), QString(c.written).replace(u'\t', u' ').replace(u'\r', u' '))
+            << c.cell.toStdString();
     }
     const Table header{{QStringLiteral("=cmd")}, {}, {}};
     EXPECT_EQ(Exporter::tsv(header), QStringLiteral("'=cmd\n"));
