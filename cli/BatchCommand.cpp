@@ -3,14 +3,11 @@
 #include "Commands.h"
 #include "Jsonl.h"
 #include "OutputCheck.h"
-#include "StandardOutput.h"
+#include "StandardError.h"
 
-#include "export/ExportFormat.h"
-#include "export/SaveFile.h"
 #include "intake/NativeNames.h"
 #include "intake/Processing.h"
 #include "intake/SupportedFiles.h"
-#include "model/CustomFieldCodec.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -25,18 +22,6 @@
 #include <unistd.h>
 
 namespace {
-
-/// The definitions given with --custom-fields, or else the user's saved ones (never written here).
-Expected<QList<CustomFieldDef>> customFields(const QString &given)
-{
-    if (given.isEmpty()) {
-        // A missing or damaged saved file means no definitions, as in the app.
-        const auto saved =
-            CustomFieldCodec::readFile(CustomFieldCodec::fileIn(CustomFieldCodec::defaultFolder()));
-        return std::holds_alternative<TabrixError>(saved) ? QList<CustomFieldDef>{} : saved;
-    }
-    return CustomFieldCodec::readFile(given);
-}
 
 QString notSupported()
 {
@@ -167,14 +152,12 @@ readAll(const QList<Pipeline::Found> &files, const QList<CustomFieldDef> &defs, 
 
 int runBatch(const BatchOptions &options)
 {
-    const auto read = customFields(options.customFields);
+    const auto read = runDefinitions(options.customFields);
     if (const auto *error = std::get_if<TabrixError>(&read)) {
         printError(error->message);
         return 1;
     }
     const auto *defs = &std::get<QList<CustomFieldDef>>(read);
-    if (options.merge)
-        return runMerge(options, *defs);
     // Each file once, by its standard path, in queue order; unreadable locations stay as failures.
     QSet<QString> known;
     const QList<Pipeline::Found> expanded = Pipeline::withoutRepeats(expandNamed(options.paths), known);
@@ -216,39 +199,4 @@ int runBatch(const BatchOptions &options)
     if (jsonl)
         return jsonl->finish(results);
     return exportResults(options, paths, results, *defs);
-}
-
-int exportResults(const BatchOptions &options, const QStringList &files,
-                  const QList<Expected<Processing::Loaded>> &results, const QList<CustomFieldDef> &defs)
-{
-    QList<DocRecord> ready;
-    bool anyFailed = false;
-    for (qsizetype i = 0; i < files.size(); ++i) {
-        if (const auto *loaded = std::get_if<Processing::Loaded>(&results[i]))
-            ready.append({QFileInfo(files[i]).absoluteFilePath(), loaded->extraction.fields,
-                          loaded->extraction.items});
-        else
-            anyFailed = true;
-    }
-
-    QStringList notes;
-    const auto exported = Exporter::exportBytes(options.format, options.layout, ready, defs, &notes);
-    for (const QString &note : std::as_const(notes))
-        printError(QStringLiteral("tabrix-cli: ") + note);
-    if (const auto *error = std::get_if<TabrixError>(&exported)) {
-        printError(QStringLiteral("tabrix-cli: ") + error->message);
-        return 1;
-    }
-    const QByteArray &bytes = std::get<QByteArray>(exported);
-    if (options.output.isEmpty()) {
-        if (const auto failure =
-                writeStandardOutput(options.format == ExportFormat::json ? bytes + '\n' : bytes)) {
-            printError(QStringLiteral("tabrix-cli: Export failed: ") + failure->message);
-            return 1;
-        }
-    } else if (const auto failure = Exporter::saveFile(options.output, bytes)) {
-        printError(QStringLiteral("tabrix-cli: Export failed: ") + failure->message);
-        return 1;
-    }
-    return anyFailed ? 2 : 0;
 }

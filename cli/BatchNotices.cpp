@@ -1,6 +1,6 @@
 #include "BatchNotices.h"
 
-#include "Commands.h"
+#include "StandardError.h"
 #include "extract/Regex.h"
 #include "intake/NativeNames.h"
 

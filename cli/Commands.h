@@ -28,14 +28,15 @@ struct BatchOptions {
 int runLines(const QString &path, RuleSet rules);
 int runDumpLines(const QString &path, RuleSet rules);
 int runBatch(const BatchOptions &options);
-/// --merge: the export of the JSON Lines outputs in `options.paths`, with `defs` as columns.
-int runMerge(const BatchOptions &options, const QList<CustomFieldDef> &defs);
+/// --merge: the export of the JSON Lines outputs in `options.paths`.
+int runMerge(const BatchOptions &options);
+
+/// The definitions given with --custom-fields (`given`), or else the user's saved ones, which are only
+/// read here: a missing or damaged saved file means none, as in the app.
+Expected<QList<CustomFieldDef>> runDefinitions(const QString &given);
 
 /// Writes the export of the ready documents among `results` (one per file of `files`, in that order)
 /// where `options` say; returns the exit status: 2 when any document failed, 1 when the export could
 /// not be written.
 int exportResults(const BatchOptions &options, const QStringList &files,
                   const QList<Expected<Processing::Loaded>> &results, const QList<CustomFieldDef> &defs);
-
-/// Writes one line to standard error.
-void printError(const QString &message);

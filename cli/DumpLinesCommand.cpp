@@ -1,5 +1,6 @@
 #include "Commands.h"
 #include "LinesJson.h"
+#include "StandardError.h"
 
 #include "intake/Pipeline.h"
 

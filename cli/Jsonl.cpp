@@ -1,6 +1,6 @@
 #include "Jsonl.h"
-#include "Commands.h"
 #include "LinesJson.h"
+#include "StandardError.h"
 
 #include "export/JsonExport.h"
 #include "intake/NativeNames.h"

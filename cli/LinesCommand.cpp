@@ -1,13 +1,9 @@
 #include "Commands.h"
 #include "LinesJson.h"
+#include "StandardError.h"
 
 #include <QFile>
 #include <cstdio>
-
-void printError(const QString &message)
-{
-    std::fprintf(stderr, "%s\n", message.toUtf8().constData());
-}
 
 int runLines(const QString &path, RuleSet rules)
 {

@@ -3,6 +3,7 @@
 #include "Commands.h"
 #include "Jsonl.h"
 #include "OutputCheck.h"
+#include "StandardError.h"
 
 #include "intake/NativeNames.h"
 
@@ -21,8 +22,14 @@ QStringList customKeys(const QList<Field> &fields)
 
 } // namespace
 
-int runMerge(const BatchOptions &options, const QList<CustomFieldDef> &defs)
+int runMerge(const BatchOptions &options)
 {
+    const auto definitions = runDefinitions(options.customFields);
+    if (const auto *error = std::get_if<TabrixError>(&definitions)) {
+        printError(error->message);
+        return 1;
+    }
+    const QList<CustomFieldDef> &defs = std::get<QList<CustomFieldDef>>(definitions);
     if (const auto refusal = outputIsAnInput(options.output, options.paths)) {
         printError(*refusal);
         return 1;

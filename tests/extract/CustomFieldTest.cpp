@@ -1,7 +1,6 @@
 #include "extract/CustomField.h"
 #include "RowFixtures.h"
 #include "extract/Extractor.h"
-#include "model/CustomFieldCodec.h"
 
 #include <gtest/gtest.h>
 
@@ -92,15 +91,6 @@ TEST(CustomField, SlowPatternIsAbandoned)
         EXPECT_EQ(abandoned, c.abandoned) << c.pattern;
         EXPECT_EQ(field.value, QString::fromUtf8(c.value)) << c.pattern;
     }
-}
-
-// The names a custom field may not take are exactly the labels the extractor gives its built-in fields.
-TEST(CustomField, ReservedNamesAreTheBuiltInLabels)
-{
-    QStringList labels;
-    for (const Field &field : Extractor::extract({}, {}, RuleSet::Full).fields)
-        labels.append(field.label);
-    EXPECT_EQ(labels, CustomFieldCodec::builtInLabels());
 }
 
 // All custom patterns of a document share one matching budget: the first slow one spends it and is the

@@ -1,17 +1,8 @@
-#include "model/DocStatus.h"
 #include "model/Graphemes.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-// Failed statuses compare by their message; only the reading steps count as in progress.
-TEST(DocStatusTest, FailedComparesByMessageAndProgress)
-{
-    EXPECT_NE(DocStatus::failed(QStringLiteral("a")), DocStatus::failed(QStringLiteral("b")));
-    EXPECT_TRUE(DocStatus(DocStatus::Recognizing).isInProgress());
-    EXPECT_FALSE(DocStatus(DocStatus::Ready).isInProgress());
-}
 
 // Rules that count characters count what a reader sees, not UTF-16 units.
 TEST(GraphemesTest, CountsUserPerceivedCharacters)
