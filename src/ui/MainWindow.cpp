@@ -104,6 +104,11 @@ MainWindow::~MainWindow()
 
 void MainWindow::buildMenu()
 {
+    QMenu *file = menuBar()->addMenu(QStringLiteral("File"));
+    connect(file->addAction(QStringLiteral("New Batch\u2026")), &QAction::triggered, &m_store,
+            &Store::newBatch);
+    connect(file->addAction(QStringLiteral("Open Batch\u2026")), &QAction::triggered, &m_store,
+            &Store::openBatch);
     QMenu *review = menuBar()->addMenu(QStringLiteral("Review"));
     QAction *next = review->addAction(QStringLiteral("Next Document"));
     next->setObjectName(QStringLiteral("nextDocument"));
