@@ -105,8 +105,6 @@ qsizetype Batch::remove(const DocPtr &doc)
         return -1;
     disconnect(m_subscriptions.take(doc->id()));
     m_docs.removeAt(i);
-    m_stamps.remove(doc->id());
-    m_notices.remove(doc->id());
     if (m_file)
         report(m_file->remove(doc->id()));
     emit docsChanged();
@@ -125,10 +123,31 @@ void Batch::detach()
 
 void Batch::clear()
 {
-    detach();
+    // Stamps and notices stay: an undone Clear brings the documents back as they were.
+    for (const QMetaObject::Connection &connection : std::as_const(m_subscriptions))
+        disconnect(connection);
+    m_subscriptions.clear();
+    m_docs.clear();
     if (m_file)
         report(m_file->clear());
     emit docsChanged();
+}
+
+void Batch::insert(const QList<DocPtr> &docs, qsizetype index)
+{
+    QList<StoredDoc> kept;
+    bool queued = false;
+    for (qsizetype i = 0; i < docs.size(); ++i) {
+        subscribe(docs[i]);
+        m_docs.insert(index + i, docs[i]);
+        kept.append(stored(*docs[i]));
+        queued = queued || docs[i]->status().kind() == DocStatus::Queued;
+    }
+    if (m_file)
+        report(m_file->insert(kept, index));
+    emit docsChanged();
+    if (queued && !m_processing)
+        startProcessing();
 }
 
 namespace {

@@ -52,6 +52,8 @@ public:
     qsizetype remove(const DocPtr &doc);
     /// Empties the batch. A running document finishes in the background, unseen.
     void clear();
+    /// Puts documents taken out earlier back at `index` (undo); queued ones are read.
+    void insert(const QList<DocPtr> &docs, qsizetype index);
 
     /// What opening a batch file found.
     struct Opened {

@@ -40,8 +40,6 @@ public:
 
     /// Approved documents that no export to a file has written as they are now, in batch order.
     QList<DocPtr> unexportedApproved() const;
-    /// Forgets what was exported (the batch was emptied).
-    void forget() { m_exported.clear(); }
     /// Takes the marks of a batch just opened (Batch::Opened::exported).
     void restore(const QHash<QUuid, std::pair<QList<Field>, QList<LineItem>>> &marks);
 

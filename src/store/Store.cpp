@@ -21,7 +21,7 @@ Store::Store(StoreOptions options, QObject *parent)
     : QObject(parent), m_ui(options.ui),
       m_dataFolder(options.dataFolder.isEmpty() ? CustomFieldCodec::defaultFolder() : options.dataFolder),
       m_customFields(m_dataFolder), m_batch(std::move(options.loader), [this] { return customFields(); }),
-      m_exports(m_batch, m_customFields)
+      m_exports(m_batch, m_customFields), m_history(m_batch)
 {
     m_exports.setUi(m_ui);
     connect(&m_batch, &Batch::docsChanged, this, [this] {
@@ -34,6 +34,9 @@ Store::Store(StoreOptions options, QObject *parent)
     });
     connect(&m_batch, &Batch::slowPatterns, this, &Store::noteSlowPatterns);
     connect(&m_sync, &CustomFieldSync::finished, this, &Store::noteSlowPatterns);
+    // A re-sync's matches are the program's, not the person's: not undone.
+    connect(&m_sync, &CustomFieldSync::applying, &m_history, &History::beginQuiet);
+    connect(&m_sync, &CustomFieldSync::finished, &m_history, &History::endQuiet);
     connect(&m_batch, &Batch::keepFailed, this, &Store::setAlertText);
     if (!options.batchFile.isEmpty())
         openBatchFile(options.batchFile);
@@ -93,7 +96,9 @@ void Store::openPanel()
 
 void Store::reprocess(const DocPtr &doc)
 {
+    m_history.beginQuiet();
     m_batch.reprocess(doc);
+    m_history.endQuiet();
 }
 
 void Store::remove(const DocPtr &doc)
@@ -109,13 +114,12 @@ void Store::remove(const DocPtr &doc)
         else
             setSelectedID(QUuid());
     }
-    m_batch.remove(doc);
+    m_history.remove(doc);
 }
 
 void Store::clearAll()
 {
-    m_exports.forget();
-    m_batch.clear();
+    m_history.clear();
     setSelectedID(QUuid());
 }
 
@@ -169,6 +173,7 @@ void Store::openBatchFile(const QString &path)
 {
     const Batch::Opened opened = m_batch.open(path);
     m_exports.restore(opened.exported);
+    m_history.reset();
     setSelectedID(docs().isEmpty() ? QUuid() : docs().first()->id());
     setHighlightKey(QString());
     if (!m_batch.filePath().isEmpty())
@@ -336,10 +341,28 @@ void Store::approveAndNext()
 
 void Store::approveAllReady()
 {
+    // Both copies of a duplicate, or a total in doubt, would be exported as they are: those wait for a look.
+    const QSet<QUuid> duplicates = duplicateIDs();
+    const QSet<QUuid> flagged = flaggedIDs();
+    qsizetype approved = 0, leftOut = 0;
+    undoStack()->beginMacro(QStringLiteral("Approve All Ready"));
     for (const DocPtr &d : docs()) {
-        if (d->status().kind() == DocStatus::Ready)
-            d->setApproved(true);
+        if (d->status().kind() != DocStatus::Ready || d->approved())
+            continue;
+        if (duplicates.contains(d->id()) || flagged.contains(d->id())) {
+            ++leftOut;
+            continue;
+        }
+        d->setApproved(true);
+        ++approved;
     }
+    undoStack()->endMacro();
+    if (leftOut > 0)
+        setAlertText(
+            QStringLiteral("Approved ") + count(approved, "document", "documents") +
+            QStringLiteral(". Left out ") + QString::number(leftOut) +
+            QStringLiteral(" that may be duplicates or are flagged for checking: approve those one by "
+                           "one."));
 }
 
 void Store::setHighlightKey(const QString &key)
@@ -395,7 +418,9 @@ void Store::setCustomFields(const QList<CustomFieldDef> &defs)
 
 void Store::syncCustomFields()
 {
+    m_history.beginQuiet();
     m_sync.sync(docs(), customFields());
+    m_history.endQuiet();
 }
 
 void Store::noteSlowPatterns(const QList<QUuid> &ids)

@@ -6,6 +6,7 @@
 #include "CustomFieldSync.h"
 #include "DocPtr.h"
 #include "Exports.h"
+#include "History.h"
 #include "StoreUi.h"
 #include "intake/Processing.h"
 
@@ -79,11 +80,12 @@ public:
     /// the new run replaces them) and starts the loop if it is not running.
     void reprocess(const DocPtr &doc);
 
-    /// Takes a document out of the batch. If it was selected, the selection moves to the next
+    /// Takes a document out of the batch, undoably. If it was selected, the selection moves to the next
     /// document, else the previous one, else none. A run in progress for it finishes harmlessly.
     void remove(const DocPtr &doc);
 
-    /// Empties the batch and the selection. A running document finishes in the background, unseen.
+    /// Empties the batch and the selection, undoably. A running document finishes in the background,
+    /// unseen.
     void clearAll();
 
     // ---- Kept batches -------------------------------------------------------------------------------
@@ -142,8 +144,15 @@ public:
     void move(int delta);
     /// Approves the selected document and moves to the next one, but only when it is ready.
     void approveAndNext();
-    /// Approves every ready document; the selection stays.
+    /// Approves every ready document except likely duplicates and documents flagged for checking, as
+    /// one undo step, and says how many it left out; the selection stays.
     void approveAllReady();
+
+    // ---- Undo ---------------------------------------------------------------------------------------
+
+    /// Undo and redo of hand changes to documents (fields, line items, approval), removals and Clear.
+    /// Opening another batch starts its history afresh.
+    QUndoStack *undoStack() { return m_history.stack(); }
 
     /// Key of the field (or "item-" + line item id) whose outline is emphasised; empty for none.
     QString highlightKey() const { return m_highlightKey; }
@@ -244,6 +253,7 @@ private:
     Batch m_batch;
     Exports m_exports;
     CustomFieldSync m_sync;
+    History m_history;
 
     QUuid m_selectedID;
     QString m_highlightKey;

@@ -109,6 +109,12 @@ void MainWindow::buildMenu()
             &Store::newBatch);
     connect(file->addAction(QStringLiteral("Open Batch\u2026")), &QAction::triggered, &m_store,
             &Store::openBatch);
+    QMenu *edit = menuBar()->addMenu(QStringLiteral("Edit"));
+    QAction *undo = m_store.undoStack()->createUndoAction(edit);
+    undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    QAction *redo = m_store.undoStack()->createRedoAction(edit);
+    redo->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+    edit->addActions({undo, redo});
     QMenu *review = menuBar()->addMenu(QStringLiteral("Review"));
     QAction *next = review->addAction(QStringLiteral("Next Document"));
     next->setObjectName(QStringLiteral("nextDocument"));
