@@ -23,6 +23,7 @@ int main(int argc, char **argv)
     DialogStoreUi dialogs;
     StoreOptions options;
     options.ui = &dialogs;
+    options.batchFile = Store::keptBatchPath();
     Store store(options);
     MainWindow window(store);
     dialogs.setWindow(&window);

@@ -8,6 +8,11 @@
 
 DocItem::DocItem(const QString &path, QObject *parent) : QObject(parent), m_path(path) {}
 
+DocItem::DocItem(const QString &path, const QUuid &id, QObject *parent)
+    : QObject(parent), m_id(id), m_path(path)
+{
+}
+
 QString DocItem::fileName() const
 {
     return QFileInfo(m_path).fileName();

@@ -28,6 +28,8 @@ class DocItem : public QObject {
     Q_OBJECT
 public:
     explicit DocItem(const QString &path, QObject *parent = nullptr);
+    /// A document restored from a kept batch, under the id it had.
+    DocItem(const QString &path, const QUuid &id, QObject *parent = nullptr);
 
     const QUuid &id() const { return m_id; }
     /// Absolute path of the file the document was read from.

@@ -58,15 +58,21 @@ Batch::Added Batch::add(const QStringList &paths)
     QSet<QString> known;
     for (const DocPtr &d : std::as_const(m_docs))
         known.insert(Pipeline::standardPath(d->path()));
+    const qsizetype first = m_docs.size();
+    QList<StoredDoc> fresh;
     for (const Pipeline::Found &file : Pipeline::withoutRepeats(found, known)) {
         auto d = std::make_shared<DocItem>(QFileInfo(file.path).absoluteFilePath());
         subscribe(d);
         m_docs.append(d);
+        fresh.append(stored(*d));
         if (!added.firstNew)
             added.firstNew = d;
     }
-    if (added.firstNew)
+    if (added.firstNew) {
+        if (m_file)
+            report(m_file->insert(fresh, first));
         emit docsChanged();
+    }
     if (!m_processing)
         startProcessing();
     return added;
@@ -75,8 +81,10 @@ Batch::Added Batch::add(const QStringList &paths)
 void Batch::subscribe(const DocPtr &doc)
 {
     DocItem *raw = doc.get();
-    m_subscriptions.insert(doc->id(),
-                           connect(raw, &DocItem::changed, this, [this, raw] { emit docChanged(raw); }));
+    m_subscriptions.insert(doc->id(), connect(raw, &DocItem::changed, this, [this, raw] {
+                               keep(*raw);
+                               emit docChanged(raw);
+                           }));
 }
 
 void Batch::reprocess(const DocPtr &doc)
@@ -97,17 +105,145 @@ qsizetype Batch::remove(const DocPtr &doc)
         return -1;
     disconnect(m_subscriptions.take(doc->id()));
     m_docs.removeAt(i);
+    if (m_file)
+        report(m_file->remove(doc->id()));
     emit docsChanged();
     return i;
 }
 
-void Batch::clear()
+void Batch::detach()
 {
     for (const QMetaObject::Connection &connection : std::as_const(m_subscriptions))
         disconnect(connection);
     m_subscriptions.clear();
     m_docs.clear();
+    m_stamps.clear();
+    m_notices.clear();
+}
+
+void Batch::clear()
+{
+    // Stamps and notices stay: an undone Clear brings the documents back as they were.
+    for (const QMetaObject::Connection &connection : std::as_const(m_subscriptions))
+        disconnect(connection);
+    m_subscriptions.clear();
+    m_docs.clear();
+    if (m_file)
+        report(m_file->clear());
     emit docsChanged();
+}
+
+void Batch::insert(const QList<DocPtr> &docs, qsizetype index)
+{
+    QList<StoredDoc> kept;
+    bool queued = false;
+    for (qsizetype i = 0; i < docs.size(); ++i) {
+        subscribe(docs[i]);
+        m_docs.insert(index + i, docs[i]);
+        kept.append(stored(*docs[i]));
+        queued = queued || docs[i]->status().kind() == DocStatus::Queued;
+    }
+    if (m_file)
+        report(m_file->insert(kept, index));
+    emit docsChanged();
+    if (queued && !m_processing)
+        startProcessing();
+}
+
+namespace {
+
+/// Why a document's file needs a look now, compared with how it was when read; empty when it is the same.
+QString noticeFor(const QString &path, FileStamp &stamp)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        return QStringLiteral("The file is no longer where it was read from.");
+    if (info.size() == stamp.size && info.lastModified().toMSecsSinceEpoch() == stamp.modified)
+        return QString();
+    // Touched but maybe not changed (copied back, synced): the contents decide.
+    const FileStamp now = FileStamp::of(path);
+    if (now.hash == stamp.hash) {
+        stamp = now;
+        return QString();
+    }
+    return QStringLiteral("The file has changed since it was read. Re-read it to take the changes; "
+                          "your corrections would be replaced.");
+}
+
+} // namespace
+
+Batch::Opened Batch::open(const QString &path)
+{
+    detach();
+    m_file.reset();
+    Opened result;
+    Expected<BatchFile::Opened> opened = BatchFile::open(path);
+    if (auto *error = std::get_if<TabrixError>(&opened)) {
+        result.notice = error->message;
+        emit docsChanged();
+        return result;
+    }
+    auto &[file, stored, notice] = std::get<BatchFile::Opened>(opened);
+    result.notice = notice;
+    bool queued = false;
+    for (StoredDoc &s : stored) {
+        auto d = std::make_shared<DocItem>(s.path, s.id);
+        d->rows = std::move(s.rows);
+        d->setFields(s.fields);
+        d->setItems(s.items);
+        d->setApproved(s.approved);
+        d->setStatus(s.status);
+        d->setProgress(s.status.kind() == DocStatus::Queued ? 0.0 : 1.0);
+        queued = queued || s.status.kind() == DocStatus::Queued;
+        // A document never read has nothing to protect: it is read from where it is.
+        if (s.status.kind() == DocStatus::Ready) {
+            if (const QString why = noticeFor(s.path, s.stamp); !why.isEmpty())
+                m_notices.insert(s.id, why);
+        }
+        m_stamps.insert(s.id, s.stamp);
+        if (s.exported)
+            result.exported.insert(s.id, *s.exported);
+        subscribe(d);
+        m_docs.append(d);
+    }
+    // Subscribed after restoring: what was just read is not written back.
+    m_file = std::move(file);
+    emit docsChanged();
+    if (queued && !m_processing)
+        startProcessing();
+    return result;
+}
+
+StoredDoc Batch::stored(const DocItem &doc) const
+{
+    return {doc.id(),     doc.path(),     m_stamps.value(doc.id()),
+            doc.status(), doc.approved(), doc.fields(),
+            doc.items(),  doc.rows,       std::nullopt};
+}
+
+void Batch::keep(const DocItem &doc)
+{
+    // Progress within a run is not kept: a run cut short starts again.
+    if (!m_file || doc.status().isInProgress())
+        return;
+    for (qsizetype i = 0; i < m_docs.size(); ++i) {
+        if (m_docs[i].get() == &doc) {
+            report(m_file->save(stored(doc), i));
+            return;
+        }
+    }
+}
+
+void Batch::keepExported(const DocPtr &doc)
+{
+    if (m_file)
+        report(m_file->saveExported(doc->id(), doc->fields(), doc->items()));
+}
+
+void Batch::report(const std::optional<TabrixError> &error)
+{
+    if (error)
+        emit keepFailed(error->message);
 }
 
 void Batch::startProcessing()
@@ -151,20 +287,27 @@ void Batch::process(const DocPtr &doc)
             Qt::QueuedConnection);
     };
 
-    using Result = Expected<Processing::Loaded>;
+    using Result = std::pair<Expected<Processing::Loaded>, FileStamp>;
     auto *watcher = new QFutureWatcher<Result>(this);
     connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, doc] {
         watcher->deleteLater();
-        finish(doc, watcher->result());
+        Result result = watcher->result();
+        finish(doc, std::move(result.first), result.second);
     });
     watcher->setFuture(QtConcurrent::run(
         &m_pool, [path = doc->path(), snapshot = m_definitions(), report, loader = m_loader] {
-            return Processing::run(path, snapshot, report, loader);
+            // Stamped before reading, so a change made while it is read shows next time.
+            FileStamp stamp = FileStamp::of(path);
+            return Result{Processing::run(path, snapshot, report, loader), std::move(stamp)};
         }));
 }
 
-void Batch::finish(const DocPtr &doc, Expected<Processing::Loaded> result)
+void Batch::finish(const DocPtr &doc, Expected<Processing::Loaded> result, const FileStamp &stamp)
 {
+    if (m_docs.contains(doc)) {
+        m_stamps.insert(doc->id(), stamp);
+        m_notices.remove(doc->id());
+    }
     if (auto *loaded = std::get_if<Processing::Loaded>(&result)) {
         doc->pages = std::move(loaded->pages);
         doc->rows = std::move(loaded->extraction.rows);

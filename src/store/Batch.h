@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BatchFile.h"
 #include "DocPtr.h"
 #include "intake/Processing.h"
 #include "model/CustomFieldDef.h"
@@ -12,7 +13,8 @@
 #include <QUuid>
 #include <functional>
 
-/// The documents of the batch and the loop that reads them, one at a time, on a background thread.
+/// The documents of the batch and the loop that reads them, one at a time, on a background thread; when
+/// a batch file is open, every change is written to it as it happens (BatchFile).
 ///
 /// Lives on the main thread. A run sees only the file path, a snapshot of the custom field definitions
 /// (asked for when the run starts) and a progress callback; its result comes back whole through a
@@ -50,6 +52,26 @@ public:
     qsizetype remove(const DocPtr &doc);
     /// Empties the batch. A running document finishes in the background, unseen.
     void clear();
+    /// Puts documents taken out earlier back at `index` (undo); queued ones are read.
+    void insert(const QList<DocPtr> &docs, qsizetype index);
+
+    /// What opening a batch file found.
+    struct Opened {
+        QString notice; ///< for the user: a file set aside, or why no file could be opened; else empty
+        /// Per document, its fields and items as the last export to a file wrote them.
+        QHash<QUuid, std::pair<QList<Field>, QList<LineItem>>> exported;
+    };
+    /// Replaces the batch with the one kept at `path` (created when missing); from then on every change
+    /// is kept there. Documents whose file moved or changed since they were read are noted
+    /// (fileNotice) and never read again by themselves; documents cut short are queued again. When no
+    /// file can be opened the batch starts empty, kept in memory only, and the notice says why.
+    Opened open(const QString &path);
+    /// The open batch file's path; empty when the batch is kept in memory only.
+    QString filePath() const { return m_file ? m_file->path() : QString(); }
+    /// Why a document's file needs a look ("moved", "changed"), empty when it is as it was read.
+    QString fileNotice(const QUuid &id) const { return m_notices.value(id); }
+    /// Keeps a document's fields and items as an export wrote them.
+    void keepExported(const DocPtr &doc);
 
 signals:
     /// Documents were added, removed or cleared.
@@ -58,19 +80,29 @@ signals:
     void docChanged(DocItem *doc);
     /// A run abandoned these custom field definitions' patterns at their matching bound.
     void slowPatterns(const QList<QUuid> &ids);
+    /// A change could not be written to the batch file; `message` is for the user.
+    void keepFailed(const QString &message);
 
 private:
     void subscribe(const DocPtr &doc);
     void startProcessing();
     void processNext();
     void process(const DocPtr &doc);
-    void finish(const DocPtr &doc, Expected<Processing::Loaded> result);
+    void finish(const DocPtr &doc, Expected<Processing::Loaded> result, const FileStamp &stamp);
+    StoredDoc stored(const DocItem &doc) const;
+    /// Writes a document whose state is settled (not mid-run) to the batch file.
+    void keep(const DocItem &doc);
+    void report(const std::optional<TabrixError> &error);
+    void detach();
 
     Processing::Loader m_loader;
     std::function<QList<CustomFieldDef>()> m_definitions;
     QList<DocPtr> m_docs;
     QHash<QUuid, QMetaObject::Connection> m_subscriptions;
     bool m_processing = false;
+    std::unique_ptr<BatchFile> m_file;
+    QHash<QUuid, FileStamp> m_stamps;
+    QHash<QUuid, QString> m_notices;
     // One worker thread kept alive, so per-thread engines (text recognition) are set up once.
     QThreadPool m_pool;
 };

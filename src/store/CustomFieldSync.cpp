@@ -50,6 +50,7 @@ void CustomFieldSync::sync(const QList<DocPtr> &docs, const QList<CustomFieldDef
             return; // a later sync has replaced these definitions
         m_syncing = false;
         const Result result = watcher->result();
+        emit applying();
         apply(result);
         emit finished(result.slow);
     });

@@ -24,6 +24,8 @@ public:
     bool isSyncing() const { return m_syncing; }
 
 signals:
+    /// The background part of a sync is about to change documents; finished() follows.
+    void applying();
     /// The background part of a sync was applied; `slow` names definitions abandoned at their bound.
     void finished(const QList<QUuid> &slow);
 

@@ -103,6 +103,15 @@ QList<DocPtr> Exports::unexportedApproved() const
 void Exports::markExported()
 {
     // The clipboard does not count: on X11 its contents leave with the program.
-    for (const DocPtr &d : m_batch.approvedDocs())
+    for (const DocPtr &d : m_batch.approvedDocs()) {
         m_exported.insert(d->id(), {d->fields(), d->items()});
+        m_batch.keepExported(d);
+    }
+}
+
+void Exports::restore(const QHash<QUuid, std::pair<QList<Field>, QList<LineItem>>> &marks)
+{
+    m_exported.clear();
+    for (auto mark = marks.cbegin(); mark != marks.cend(); ++mark)
+        m_exported.insert(mark.key(), {mark->first, mark->second});
 }

@@ -14,7 +14,8 @@
 #include <optional>
 
 /// Writes the batch's approved documents, in batch order, to files and the clipboard, and remembers
-/// what each file export wrote so that quitting can warn about approvals not yet exported.
+/// what each file export wrote (in the batch file too) so that quitting can warn about approvals not yet
+/// exported.
 ///
 /// Every action returns the message for the user, empty when there is none: with nothing approved,
 /// "Approve at least one document first. Only approved documents are exported."; a failed write,
@@ -23,7 +24,7 @@
 class Exports {
 public:
     /// Reads documents from `batch` and definitions from `fields`; both must outlive this.
-    Exports(const Batch &batch, const CustomFieldSettings &fields) : m_batch(batch), m_fields(fields) {}
+    Exports(Batch &batch, const CustomFieldSettings &fields) : m_batch(batch), m_fields(fields) {}
 
     /// Dialogs and clipboard (not owned; null: dialogs cancel).
     void setUi(StoreUi *ui) { m_ui = ui; }
@@ -39,14 +40,14 @@ public:
 
     /// Approved documents that no export to a file has written as they are now, in batch order.
     QList<DocPtr> unexportedApproved() const;
-    /// Forgets what was exported (the batch was emptied).
-    void forget() { m_exported.clear(); }
+    /// Takes the marks of a batch just opened (Batch::Opened::exported).
+    void restore(const QHash<QUuid, std::pair<QList<Field>, QList<LineItem>>> &marks);
 
 private:
     QList<DocRecord> approvedRecords() const;
     void markExported();
 
-    const Batch &m_batch;
+    Batch &m_batch;
     const CustomFieldSettings &m_fields;
     StoreUi *m_ui = nullptr;
     /// Per document, its fields and items as the last export to a file wrote them.

@@ -5,6 +5,8 @@
 #include "intake/SupportedFiles.h"
 #include "model/CustomFieldCodec.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <algorithm>
 
 namespace {
@@ -17,9 +19,9 @@ Store::Store(QObject *parent) : Store(StoreOptions{}, parent) {}
 
 Store::Store(StoreOptions options, QObject *parent)
     : QObject(parent), m_ui(options.ui),
-      m_customFields(options.dataFolder.isEmpty() ? CustomFieldCodec::defaultFolder() : options.dataFolder),
-      m_batch(std::move(options.loader), [this] { return customFields(); }),
-      m_exports(m_batch, m_customFields)
+      m_dataFolder(options.dataFolder.isEmpty() ? CustomFieldCodec::defaultFolder() : options.dataFolder),
+      m_customFields(m_dataFolder), m_batch(std::move(options.loader), [this] { return customFields(); }),
+      m_exports(m_batch, m_customFields), m_history(m_batch)
 {
     m_exports.setUi(m_ui);
     connect(&m_batch, &Batch::docsChanged, this, [this] {
@@ -32,6 +34,12 @@ Store::Store(StoreOptions options, QObject *parent)
     });
     connect(&m_batch, &Batch::slowPatterns, this, &Store::noteSlowPatterns);
     connect(&m_sync, &CustomFieldSync::finished, this, &Store::noteSlowPatterns);
+    // A re-sync's matches are the program's, not the person's: not undone.
+    connect(&m_sync, &CustomFieldSync::applying, &m_history, &History::beginQuiet);
+    connect(&m_sync, &CustomFieldSync::finished, &m_history, &History::endQuiet);
+    connect(&m_batch, &Batch::keepFailed, this, &Store::setAlertText);
+    if (!options.batchFile.isEmpty())
+        openBatchFile(options.batchFile);
 }
 
 Store::~Store() = default;
@@ -88,7 +96,9 @@ void Store::openPanel()
 
 void Store::reprocess(const DocPtr &doc)
 {
+    m_history.beginQuiet();
     m_batch.reprocess(doc);
+    m_history.endQuiet();
 }
 
 void Store::remove(const DocPtr &doc)
@@ -104,14 +114,104 @@ void Store::remove(const DocPtr &doc)
         else
             setSelectedID(QUuid());
     }
-    m_batch.remove(doc);
+    m_history.remove(doc);
 }
 
 void Store::clearAll()
 {
-    m_exports.forget();
-    m_batch.clear();
+    m_history.clear();
     setSelectedID(QUuid());
+}
+
+// ---- Kept batches -----------------------------------------------------------------------------------
+
+namespace {
+
+const char *const batchFilter = "Tabrix batch (*.tabrix)";
+
+/// Names the batch file last opened; kept beside the custom fields.
+QString pointerFile(const QString &dataFolder)
+{
+    return dataFolder + QStringLiteral("/current-batch.txt");
+}
+
+QString count(qsizetype n, const char *one, const char *many)
+{
+    return QString::number(n) + u' ' + QLatin1String(n == 1 ? one : many);
+}
+
+} // namespace
+
+QString Store::keptBatchPath(const QString &dataFolder)
+{
+    const QString folder = dataFolder.isEmpty() ? CustomFieldCodec::defaultFolder() : dataFolder;
+    QFile pointer(pointerFile(folder));
+    if (pointer.open(QIODevice::ReadOnly)) {
+        const QString path = QString::fromUtf8(pointer.readAll()).trimmed();
+        if (!path.isEmpty())
+            return path;
+    }
+    return folder + QStringLiteral("/batch.tabrix");
+}
+
+QString Store::summaryText() const
+{
+    const QList<DocPtr> &all = docs();
+    if (all.isEmpty())
+        return QString();
+    QSet<QUuid> toCheck = flaggedIDs();
+    for (const DocPtr &d : all) {
+        if (!fileNotice(d).isEmpty())
+            toCheck.insert(d->id());
+    }
+    return count(all.size(), "document", "documents") + QStringLiteral(", ") +
+           QString::number(approvedDocs().size()) + QStringLiteral(" approved, ") +
+           QString::number(toCheck.size()) + QStringLiteral(" to check");
+}
+
+void Store::openBatchFile(const QString &path)
+{
+    const Batch::Opened opened = m_batch.open(path);
+    m_exports.restore(opened.exported);
+    m_history.reset();
+    setSelectedID(docs().isEmpty() ? QUuid() : docs().first()->id());
+    setHighlightKey(QString());
+    if (!m_batch.filePath().isEmpty())
+        Exporter::saveFile(pointerFile(m_dataFolder), m_batch.filePath().toUtf8());
+    setAlertText(opened.notice.isEmpty() ? summaryText() : opened.notice);
+}
+
+void Store::openBatch()
+{
+    if (!m_ui)
+        return;
+    if (batchFile().isEmpty() && hasWorkToLose() &&
+        !m_ui->confirm(QStringLiteral("Open another batch?"),
+                       QStringLiteral("This batch is not kept in a file: its approvals and corrections "
+                                      "will be lost."),
+                       QStringLiteral("Open")))
+        return;
+    const QString path = m_ui->chooseFileToOpen(QString::fromLatin1(batchFilter));
+    if (!path.isEmpty())
+        openBatchFile(path);
+}
+
+void Store::newBatch()
+{
+    if (!m_ui)
+        return;
+    const QString path =
+        m_ui->chooseFileToSave(QStringLiteral("batch.tabrix"), QString::fromLatin1(batchFilter));
+    if (path.isEmpty())
+        return;
+    if (QFileInfo(path).absoluteFilePath() == QFileInfo(batchFile()).absoluteFilePath()) {
+        clearAllAsking();
+        return;
+    }
+    // The save dialog has asked before replacing a file.
+    for (const char *suffix : {"", "-wal", "-shm"})
+        QFile::remove(path + QLatin1String(suffix));
+    openBatchFile(path);
 }
 
 namespace {
@@ -166,6 +266,9 @@ void Store::reprocessAsking(const DocPtr &doc)
 
 bool Store::mayQuit()
 {
+    // A kept batch loses nothing on quitting: it opens as it was next time.
+    if (!batchFile().isEmpty())
+        return true;
     const qsizetype count = unexportedApproved().size();
     if (count == 0)
         return true;
@@ -238,10 +341,28 @@ void Store::approveAndNext()
 
 void Store::approveAllReady()
 {
+    // Both copies of a duplicate, or a total in doubt, would be exported as they are: those wait for a look.
+    const QSet<QUuid> duplicates = duplicateIDs();
+    const QSet<QUuid> flagged = flaggedIDs();
+    qsizetype approved = 0, leftOut = 0;
+    undoStack()->beginMacro(QStringLiteral("Approve All Ready"));
     for (const DocPtr &d : docs()) {
-        if (d->status().kind() == DocStatus::Ready)
-            d->setApproved(true);
+        if (d->status().kind() != DocStatus::Ready || d->approved())
+            continue;
+        if (duplicates.contains(d->id()) || flagged.contains(d->id())) {
+            ++leftOut;
+            continue;
+        }
+        d->setApproved(true);
+        ++approved;
     }
+    undoStack()->endMacro();
+    if (leftOut > 0)
+        setAlertText(
+            QStringLiteral("Approved ") + count(approved, "document", "documents") +
+            QStringLiteral(". Left out ") + QString::number(leftOut) +
+            QStringLiteral(" that may be duplicates or are flagged for checking: approve those one by "
+                           "one."));
 }
 
 void Store::setHighlightKey(const QString &key)
@@ -297,7 +418,9 @@ void Store::setCustomFields(const QList<CustomFieldDef> &defs)
 
 void Store::syncCustomFields()
 {
+    m_history.beginQuiet();
     m_sync.sync(docs(), customFields());
+    m_history.endQuiet();
 }
 
 void Store::noteSlowPatterns(const QList<QUuid> &ids)

@@ -6,6 +6,7 @@
 #include "CustomFieldSync.h"
 #include "DocPtr.h"
 #include "Exports.h"
+#include "History.h"
 #include "StoreUi.h"
 #include "intake/Processing.h"
 
@@ -28,6 +29,9 @@ struct StoreOptions {
     /// Dialogs and clipboard; not owned, must outlive the store or be replaced with setUi(nullptr).
     /// Null: every dialog counts as cancelled and the clipboard is left alone.
     StoreUi *ui = nullptr;
+    /// The SQLite file the batch is kept in as it changes (see Batch::open). Empty: the batch lives in
+    /// memory only. The application passes keptBatchPath(), where the last batch used was.
+    QString batchFile;
 };
 
 /// The application's state as the window sees it: a thin front over the batch and its processing loop
@@ -76,12 +80,35 @@ public:
     /// the new run replaces them) and starts the loop if it is not running.
     void reprocess(const DocPtr &doc);
 
-    /// Takes a document out of the batch. If it was selected, the selection moves to the next
+    /// Takes a document out of the batch, undoably. If it was selected, the selection moves to the next
     /// document, else the previous one, else none. A run in progress for it finishes harmlessly.
     void remove(const DocPtr &doc);
 
-    /// Empties the batch and the selection. A running document finishes in the background, unseen.
+    /// Empties the batch and the selection, undoably. A running document finishes in the background,
+    /// unseen.
     void clearAll();
+
+    // ---- Kept batches -------------------------------------------------------------------------------
+    // A batch is kept in a file of its own as it changes, so that a day's work survives the window
+    // closing (or the program being killed); a user may keep several, per client or per month.
+
+    /// The batch file the application opens at start: the last one opened or started, else
+    /// "batch.tabrix" in `dataFolder` (empty: the user's data folder + "/Tabrix").
+    static QString keptBatchPath(const QString &dataFolder = QString());
+    /// The open batch file; empty when the batch lives in memory only.
+    QString batchFile() const { return m_batch.filePath(); }
+    /// Replaces the batch with the one kept at `path` (created when missing), selects its first
+    /// document and says what it holds ("212 documents, 57 approved, 12 to check") or why a file was
+    /// set aside. Remembered as the batch to open next time.
+    void openBatchFile(const QString &path);
+    /// Asks for a batch file and opens it ("Open batch…"); asks first when the current batch lives in
+    /// memory only and holds work.
+    void openBatch();
+    /// Asks where to keep a new, empty batch and starts it there ("New batch…"); an existing file the
+    /// person chose to replace is removed first.
+    void newBatch();
+    /// Why the document's file needs a look (it moved, or changed since it was read); empty when not.
+    QString fileNotice(const DocPtr &doc) const { return doc ? m_batch.fileNotice(doc->id()) : QString(); }
 
     // ---- Work that a stray click could lose ----------------------------------------------------------
     // The asking forms below are what the window's commands call; they ask through StoreUi::confirm only
@@ -95,7 +122,8 @@ public:
     void reprocessAsking(const DocPtr &doc);
     /// Approved documents that no export to a file has written as they are now, in batch order.
     QList<DocPtr> unexportedApproved() const { return m_exports.unexportedApproved(); }
-    /// Whether the application may quit now: asks when unexportedApproved() is not empty.
+    /// Whether the application may quit now: asks when the batch lives in memory only and
+    /// unexportedApproved() is not empty.
     bool mayQuit();
 
     // ---- Review -------------------------------------------------------------------------------------
@@ -116,8 +144,15 @@ public:
     void move(int delta);
     /// Approves the selected document and moves to the next one, but only when it is ready.
     void approveAndNext();
-    /// Approves every ready document; the selection stays.
+    /// Approves every ready document except likely duplicates and documents flagged for checking, as
+    /// one undo step, and says how many it left out; the selection stays.
     void approveAllReady();
+
+    // ---- Undo ---------------------------------------------------------------------------------------
+
+    /// Undo and redo of hand changes to documents (fields, line items, approval), removals and Clear.
+    /// Opening another batch starts its history afresh.
+    QUndoStack *undoStack() { return m_history.stack(); }
 
     /// Key of the field (or "item-" + line item id) whose outline is emphasised; empty for none.
     QString highlightKey() const { return m_highlightKey; }
@@ -209,12 +244,16 @@ private:
     qsizetype currentIndex() const;
     /// Shows an action's message, when it has one.
     void tell(const QString &message);
+    /// "212 documents, 57 approved, 12 to check"; empty for an empty batch.
+    QString summaryText() const;
 
     StoreUi *m_ui = nullptr;
+    QString m_dataFolder;
     CustomFieldSettings m_customFields;
     Batch m_batch;
     Exports m_exports;
     CustomFieldSync m_sync;
+    History m_history;
 
     QUuid m_selectedID;
     QString m_highlightKey;

@@ -115,6 +115,10 @@ void MainWindow::buildMenu()
     connect(open, &QAction::triggered, &m_store, &Store::openPanel);
     // Commands on whole batches go after this separator.
     file->addSeparator()->setObjectName(QStringLiteral("batchCommands"));
+    connect(file->addAction(QStringLiteral("New batch\u2026")), &QAction::triggered, &m_store,
+            &Store::newBatch);
+    connect(file->addAction(QStringLiteral("Open batch\u2026")), &QAction::triggered, &m_store,
+            &Store::openBatch);
     m_exportMenu =
         file->addMenu(Icons::icon(QStringLiteral("square.and.arrow.up")), QStringLiteral("Export"));
     m_exportMenu->setObjectName(QStringLiteral("exportMenu"));
@@ -137,7 +141,12 @@ void MainWindow::buildMenu()
     quit->setMenuRole(QAction::QuitRole);
     // Through the window's close, which asks before unexported approvals are lost.
     connect(quit, &QAction::triggered, this, &QWidget::close);
-
+    QMenu *edit = menuBar()->addMenu(QStringLiteral("Edit"));
+    QAction *undo = m_store.undoStack()->createUndoAction(edit);
+    undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    QAction *redo = m_store.undoStack()->createRedoAction(edit);
+    redo->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+    edit->addActions({undo, redo});
     QMenu *review = menuBar()->addMenu(QStringLiteral("Review"));
     QAction *next = review->addAction(QStringLiteral("Next Document"));
     next->setObjectName(QStringLiteral("nextDocument"));

@@ -151,7 +151,7 @@ TEST_F(StoreBatch, DropAndOpenPanel)
 TEST(StorePipeline, ReadsRealDocuments)
 {
     QTemporaryDir data;
-    Store store(StoreOptions{data.path(), {}, nullptr});
+    Store store(StoreOptions{data.path(), {}, nullptr, {}});
     store.add({sampleFile("northwind-invoice.pdf"), sampleFile("atelier-invoice-scan.png")});
     ASSERT_EQ(store.docs().size(), 2);
     ASSERT_TRUE(waitUntil([&] { return !store.isProcessing(); }, 120000));

@@ -97,7 +97,7 @@ protected:
 
     std::unique_ptr<Store> makeStore()
     {
-        return std::make_unique<Store>(StoreOptions{data.path(), fake.loader(), &ui});
+        return std::make_unique<Store>(StoreOptions{data.path(), fake.loader(), &ui, {}});
     }
     void TearDown() override
     {

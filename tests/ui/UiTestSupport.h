@@ -75,7 +75,7 @@ protected:
     /// Creates the store and window; `pages` per document.
     void open(int pages = 1, StoreUi *ui = nullptr)
     {
-        store = std::make_unique<Store>(StoreOptions{m_temp.filePath("data"), fakeLoader(pages), ui});
+        store = std::make_unique<Store>(StoreOptions{m_temp.filePath("data"), fakeLoader(pages), ui, {}});
         window = std::make_unique<MainWindow>(*store);
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
