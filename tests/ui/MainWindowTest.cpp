@@ -158,6 +158,9 @@ TEST_F(MainWindowTest, FocusAfterASelfDisablingButtonIsHarmless)
     EXPECT_TRUE(window->review()->documentPane()->showOutlines());
 
     store->move(+1);
+    // Copies of one invoice are left out of "Approve all ready": these are told apart.
+    for (int i : {1, 2})
+        store->docs()[i]->editField("number", QString("INV-%1").arg(i));
     clickThenSpace(summaryButton("Approve all ready"));
     EXPECT_EQ(store->approvedDocs().size(), 3);
     EXPECT_TRUE(answers.asked.isEmpty());
