@@ -349,7 +349,8 @@ void Store::approveAllReady()
     for (const DocPtr &d : docs()) {
         if (d->status().kind() != DocStatus::Ready || d->approved())
             continue;
-        if (duplicates.contains(d->id()) || flagged.contains(d->id())) {
+        // A value typed in a form it cannot be exported in blocks approval too.
+        if (duplicates.contains(d->id()) || flagged.contains(d->id()) || !d->approvalBlock().isEmpty()) {
             ++leftOut;
             continue;
         }
