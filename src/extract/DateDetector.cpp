@@ -105,14 +105,17 @@ QDate makeDate(int year, int month, int day)
     return QDate(year, month, day);
 }
 
-void addNumeric(const QString &text, Order order, QList<Match> &out)
+void addNumeric(const QString &text, Order order, RuleSet rules, QList<Match> &out)
 {
     for (const Regex::Match &m : patterns().numeric.matchAll(text)) {
         const QString first = m.captured(text, 1);
         const QString second = m.captured(text, 3);
         const QString third = m.captured(text, 4);
-        if (continuesRun(text, m.range().start, text[m.range(2).start]))
+        const QChar separator = text[m.range(2).start];
+        if (continuesRun(text, m.range().start, separator))
             continue;
+        // Dotted numeric dates are written day first wherever they are used (06.08.2018 is 6 August).
+        const Order own = rules == RuleSet::Full && separator == u'.' ? Order::DayFirst : order;
         Match found;
         found.range = m.range();
         if (first.size() == 4) {
@@ -124,7 +127,7 @@ void addNumeric(const QString &text, Order order, QList<Match> &out)
             const QDate dayFirst = makeDate(year, second.toInt(), first.toInt());
             const QDate monthFirst = makeDate(year, first.toInt(), second.toInt());
             if (dayFirst.isValid() && monthFirst.isValid())
-                found.date = order == Order::DayFirst ? dayFirst : monthFirst;
+                found.date = own == Order::DayFirst ? dayFirst : monthFirst;
             else if (dayFirst.isValid())
                 found = Match{m.range(), dayFirst, Order::DayFirst};
             else if (monthFirst.isValid())
@@ -174,7 +177,7 @@ QList<Match> find(const QString &text, Order order, const QDate &today, RuleSet 
     QList<Match> all;
     if (!Patterns::hasDigit(text))
         return all;
-    addNumeric(text, order, all);
+    addNumeric(text, order, rules, all);
     if (hasMonthWord(text, rules)) {
         addNamed(text, patterns().dayMonth(rules), 1, 2, today, rules, all);
         addNamed(text, patterns().monthDay(rules), 2, 1, today, rules, all);
