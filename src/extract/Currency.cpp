@@ -3,10 +3,22 @@
 #include "Patterns.h"
 #include "Regex.h"
 #include "Rows.h"
+#include "Vocabulary.h"
 #include "model/Money.h"
 
+#include <QFile>
 #include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <array>
+#include <vector>
+
+// Resources of a static library are registered by hand, outside any namespace.
+static void registerCountries()
+{
+    Q_INIT_RESOURCE(countries);
+}
 
 namespace Extractor {
 
@@ -39,6 +51,48 @@ const CurrencyPatterns &patterns()
     return Patterns::compiledOnce<CurrencyPatterns>();
 }
 
+// One country's signs on a page, as one case-sensitive pattern: names and legal forms as written or in
+// capitals (a receipt prints "SDN BHD", a letterhead "Sdn Bhd"; "AB" and "SA" are no forms in lower case),
+// registration numbers as patterns, phone codes dialled from abroad.
+struct Country {
+    QString currency;
+    Regex signs;
+};
+
+QString countryPattern(const QJsonObject &country)
+{
+    QStringList alternatives;
+    for (const char *list : {"places", "legalForms"}) {
+        for (const QJsonValue &phrase : country.value(QLatin1String(list)).toArray()) {
+            alternatives.append(Vocabulary::phrasePattern(phrase.toString()));
+            alternatives.append(Vocabulary::phrasePattern(phrase.toString().toUpper()));
+        }
+    }
+    for (const QJsonValue &id : country.value(QLatin1String("taxIds")).toArray())
+        alternatives.append(QLatin1String("\\b(?:") + id.toString() + u')');
+    for (const QJsonValue &code : country.value(QLatin1String("phoneCodes")).toArray())
+        alternatives.append(QLatin1String("(?<![\\d.,+])(?:\\+\\s?|\\(\\+|00)") + code.toString() +
+                            QLatin1String("(?=[\\s\\-().]*\\d)"));
+    return alternatives.join(u'|');
+}
+
+struct CountryPatterns {
+    std::vector<Country> countries;
+    CountryPatterns()
+    {
+        registerCountries();
+        QFile file(QStringLiteral(":/countries/countries.json"));
+        if (!file.open(QIODevice::ReadOnly))
+            return;
+        const QJsonArray all = QJsonDocument::fromJson(file.readAll()).object().value(u"countries").toArray();
+        for (const QJsonValue &country : all) {
+            const QString pattern = countryPattern(country.toObject());
+            if (!pattern.isEmpty())
+                countries.push_back(Country{country[u"currency"].toString(), Regex(pattern, false)});
+        }
+    }
+};
+
 struct Symbol {
     QChar symbol;
     const char *code;
@@ -66,7 +120,7 @@ std::optional<PageBox> firstBox(const QString &token, const QList<Row> &rows)
 
 // How strongly a mark names the currency; a stronger kind wins whatever the counts. A lone $ or kr
 // names a dozen currencies, a legal form found in one country only names one.
-enum class Strength { LoneMark = 1, LegalForm = 2, Local = 3, Code = 4 };
+enum class Strength { Country = 0, LoneMark = 1, LegalForm = 2, Local = 3, Code = 4 };
 
 // The locale's currency when its symbol is a dollar (AUD in en_AU), else USD.
 QString dollarOf(const QLocale &locale)
@@ -115,7 +169,8 @@ struct Evidence {
 };
 
 // Full rules: printed codes, then local symbols beside amounts, then the seller's legal form, then a
-// lone dollar or crown; counts decide within one strength, the first seen on a tie.
+// lone dollar or crown, then the country the page names (its places, companies, tax numbers, phone
+// codes); counts decide within one strength, the first seen on a tie.
 std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &locale)
 {
     const CurrencyPatterns &p = patterns();
@@ -129,6 +184,10 @@ std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &lo
             const bool lone = mark == QLatin1String("$") || mark == QLatin1String("kr");
             found.append(Evidence{codeOfMark(mark, locale), lone ? Strength::LoneMark : Strength::Local,
                                   row.box(m.range(group))});
+        }
+        for (const Country &country : Patterns::compiledOnce<CountryPatterns>().countries) {
+            for (const Regex::Match &m : country.signs.matchAll(row.text))
+                found.append(Evidence{country.currency, Strength::Country, row.box(m.range())});
         }
         for (const Regex::Match &m : p.legalForm.matchAll(row.text)) {
             static const std::array<const char *, 5> codes{"MYR", "SGD", "INR", "AUD", "PLN"};
@@ -163,6 +222,9 @@ std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &lo
         break;
     case Strength::LegalForm:
         field.confidence = 0.6;
+        break;
+    case Strength::Country:
+        field.confidence = 0.55;
         break;
     case Strength::LoneMark:
         field.confidence = 0.5;

@@ -48,7 +48,8 @@ bool isWordChar(QChar c)
     return c.isLetterOrNumber();
 }
 
-// One phrase as pattern text (see the header for what its characters mean).
+} // namespace
+
 QString phrasePattern(QString phrase)
 {
     phrase = phrase.trimmed();
@@ -81,8 +82,6 @@ QString phrasePattern(QString phrase)
         out += QLatin1String("\\b");
     return out;
 }
-
-} // namespace
 
 QStringList shippedLanguages()
 {
