@@ -20,6 +20,10 @@ struct TaxPatterns {
                        R"((sales\s+|state\s+|city\s+|county\s+|local\s+)?)"
                        R"((taxes|tax|vat|gst|hst|pst|qst|iva|mwst|btw{tax.word})\b)")};
     RulePattern taxTotal{QStringLiteral(R"(total\s*tax|tax\s*total{tax.total})")};
+    // A tax word anywhere in a row ("Gesamtbetrag Steuer:"), for the full rules' search of the amount that
+    // subtotal and total imply.
+    RulePattern taxWord{
+        QStringLiteral(R"((?<!\p{L})(taxes|tax|vat|gst|hst|mwst|ust|tva|iva|btw{tax.word})(?!\p{L}))")};
     RulePattern taxExclude{
         QStringLiteral(R"(tax\s*(id|no|number|reg|invoice|code|rate)\b|vat\s*(id|no|number|reg)|)"
                        R"(\btin\b|taxable|incl|inclusive|tax\s*#{tax.exclude})")};
@@ -93,6 +97,53 @@ Field chooseTax(const QList<TaxHit> &hits)
     return field;
 }
 
+// Several rates' taxes (7 % and 19 %) that add up to the tax subtotal and total imply: their sum,
+// outlined over all of them where they share a page.
+std::optional<Field> sumOfRates(const QList<TaxHit> &hits, double implied)
+{
+    double sum = 0;
+    std::optional<PageBox> box;
+    for (const TaxHit &hit : hits) {
+        if (hit.isTaxTotal)
+            continue;
+        sum += hit.amount;
+        if (!box)
+            box = hit.box;
+        else if (box->page == hit.box.page)
+            box->rect = unitedRect(box->rect, hit.box.rect);
+    }
+    if (!box || !agrees(sum, implied))
+        return std::nullopt;
+    Field field = emptyField(QStringLiteral("tax"), QStringLiteral("Tax"));
+    field.value = Money::twoDecimals(sum);
+    field.confidence = 0.88;
+    field.box = box;
+    return field;
+}
+
+// The implied tax printed in a row that names a tax anywhere ("Gesamtbetrag Steuer:  100,83 €"), the
+// last such row: the arithmetic and the word together are the evidence.
+std::optional<Field> wordedAmount(const Scan &scan, double implied)
+{
+    const TaxPatterns &p = patterns();
+    for (qsizetype i = scan.rows.size() - 1; i >= 0; --i) {
+        const Row &row = scan.rows[i];
+        if (scan.amounts[i].isEmpty() || !p.taxWord(scan.rules).contains(row.text) ||
+            p.taxExclude(scan.rules).contains(row.text))
+            continue;
+        for (const Amount &amount : scan.amounts[i]) {
+            if (!agrees(amount.value, implied))
+                continue;
+            Field field = emptyField(QStringLiteral("tax"), QStringLiteral("Tax"));
+            field.value = Money::twoDecimals(amount.value);
+            field.confidence = 0.8;
+            field.box = row.box(amount.range);
+            return field;
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 Field findTax(const Scan &scan, std::optional<double> implied)
@@ -127,8 +178,14 @@ Field findTax(const Scan &scan, std::optional<double> implied)
             field.value = Money::twoDecimals(it->amount);
             field.confidence = 0.85;
             field.box = it->box;
-            break;
+            return field;
         }
+    }
+    if (scan.rules == RuleSet::Full) {
+        if (const auto byRates = sumOfRates(hits, *implied))
+            return *byRates;
+        if (const auto worded = wordedAmount(scan, *implied))
+            return *worded;
     }
     return field;
 }
