@@ -4,6 +4,7 @@
 #include "Currency.h"
 #include "CustomField.h"
 #include "Dates.h"
+#include "ItemColumns.h"
 #include "LineItems.h"
 #include "Number.h"
 #include "Patterns.h"
@@ -13,6 +14,7 @@
 #include "Total.h"
 #include "TotalCheck.h"
 #include "Vendor.h"
+#include "model/Doubts.h"
 #include "model/Money.h"
 
 namespace Extractor {
@@ -85,6 +87,31 @@ std::optional<double> impliedTax(const Field &subtotal, const Field &total, Rule
     return *t - *s;
 }
 
+// Whether the items' amounts add up to the subtotal, the total less the tax, or the total.
+bool itemsAddUp(const QList<LineItem> &items, const Field &subtotal, const Field &tax, const Field &total)
+{
+    const auto sum = Doubts::itemsSum(items);
+    const auto s = Money::parse(subtotal.value);
+    const auto t = Money::parse(tax.value);
+    const auto T = Money::parse(total.value);
+    return sum && ((s && Doubts::withinACent(*sum, *s)) || (T && t && Doubts::withinACent(*sum, *T - *t)) ||
+                   (T && Doubts::withinACent(*sum, *T)));
+}
+
+// Full rules: the table read by its columns replaces the items read row by row, unless only the
+// latter add up to the document's amounts.
+QList<LineItem> chooseItems(const Scan &scan, QList<LineItem> byRows, const Field &subtotal, const Field &tax,
+                            const Field &total)
+{
+    if (scan.rules != RuleSet::Full)
+        return byRows;
+    std::optional<QList<LineItem>> byColumns = findItemsByColumns(scan);
+    if (!byColumns ||
+        (itemsAddUp(byRows, subtotal, tax, total) && !itemsAddUp(*byColumns, subtotal, tax, total)))
+        return byRows;
+    return std::move(*byColumns);
+}
+
 } // namespace
 
 Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom, RuleSet rules)
@@ -99,10 +126,12 @@ Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom
     Field subtotal = findSubtotal(scan);
     Field total = findTotal(scan);
     Field tax = findTax(scan, impliedTax(subtotal, total, rules));
-    QList<LineItem> items = findLineItems(scan);
+    QList<LineItem> items = chooseItems(scan, findLineItems(scan), subtotal, tax, total);
     if (rules == RuleSet::Full)
         checkTotal(scan, subtotal, tax, items, total);
     reconcile(subtotal, tax, total, items);
+    if (rules == RuleSet::Full)
+        capFailedChecks(subtotal, tax, total, items);
 
     Result result;
     result.fields = {vendor, number, date, dueDate, currency, subtotal, tax, total};

@@ -79,7 +79,9 @@ bool nearWhole(double v)
     return std::abs(v - std::round(v)) <= 0.01;
 }
 
-bool isSummary(const Row &row, RuleSet rules)
+} // namespace
+
+bool isSummaryRow(const Row &row, RuleSet rules)
 {
     using W = QLatin1StringView;
     // Every base summary label holds one of these words (member lines are parts of the row text).
@@ -99,6 +101,8 @@ bool isSummary(const Row &row, RuleSet rules)
     return std::any_of(row.lines.begin(), row.lines.end(),
                        [&summary](const TextLine &line) { return summary.contains(line.text); });
 }
+
+namespace {
 
 // The full rules read a quantity printed as the row's first amount, before the description
 // ("1,00  Beratung  120,00", "2  3,50  Std.  Montage  45,00  157,50"): it is taken out of the
@@ -218,7 +222,7 @@ QList<LineItem> findLineItems(const Scan &scan)
     qsizetype lastItemRow = -1;
     for (qsizetype i = start; i < rows.size(); ++i) {
         const Row &row = rows[i];
-        if (isSummary(row, scan.rules)) {
+        if (isSummaryRow(row, scan.rules)) {
             // The full rules let a header's second line ("MwSt." under "Preis") pass: a summary row
             // ends the table once it carries an amount or items were found.
             const bool ends = scan.rules == RuleSet::Core || !items.isEmpty() || !scan.amounts[i].isEmpty();

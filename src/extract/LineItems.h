@@ -15,4 +15,8 @@ QList<LineItem> findLineItems(const Scan &scan);
 std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool hasHeader,
                                   RuleSet rules = RuleSet::Core);
 
+/// Whether a row ends the item table: a total, tax, payment or closing line ("Subtotal", "Thank you");
+/// the full rules add the vocabularies' summary words and any subtotal label.
+bool isSummaryRow(const Row &row, RuleSet rules);
+
 } // namespace Extractor

@@ -1,5 +1,6 @@
 #include "Reconcile.h"
 
+#include "model/Doubts.h"
 #include "model/Money.h"
 
 #include <cmath>
@@ -29,7 +30,32 @@ void write(Field &field, double value)
     field.confidence = 0.5;
 }
 
+void cap(Field &field)
+{
+    field.confidence = std::min(field.confidence, 0.6);
+}
+
 } // namespace
+
+void capFailedChecks(Field &subtotal, Field &tax, const Field &total, QList<LineItem> &items)
+{
+    const auto s = present(subtotal);
+    const auto t = present(tax);
+    const auto T = present(total);
+    const auto sum = Doubts::itemsSum(items);
+    const bool itemsAgree =
+        sum && ((s && Doubts::withinACent(*sum, *s)) || (T && t && Doubts::withinACent(*sum, *T - *t)) ||
+                (T && Doubts::withinACent(*sum, *T)));
+    if (sum && (s || T) && !itemsAgree) {
+        for (LineItem &item : items)
+            item.confidence = std::min(item.confidence, 0.6);
+    }
+    if (s && t && T && !Doubts::withinACent(*s + *t, *T)) {
+        if (!(sum && Doubts::withinACent(*sum, *s)))
+            cap(subtotal);
+        cap(tax);
+    }
+}
 
 void reconcile(Field &subtotal, Field &tax, Field &total, const QList<LineItem> &items)
 {
