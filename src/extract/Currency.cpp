@@ -53,7 +53,7 @@ const CurrencyPatterns &patterns()
 
 // One country's signs on a page, as one case-sensitive pattern: names and legal forms as written or in
 // capitals (a receipt prints "SDN BHD", a letterhead "Sdn Bhd"; "AB" and "SA" are no forms in lower case),
-// registration numbers as patterns, phone codes dialled from abroad.
+// registration numbers as patterns, phone codes after a "+" (a "00" prefix is too often part of a number).
 struct Country {
     QString currency;
     Regex signs;
@@ -64,14 +64,16 @@ QString countryPattern(const QJsonObject &country)
     QStringList alternatives;
     for (const char *list : {"places", "legalForms"}) {
         for (const QJsonValue &phrase : country.value(QLatin1String(list)).toArray()) {
-            alternatives.append(Vocabulary::phrasePattern(phrase.toString()));
-            alternatives.append(Vocabulary::phrasePattern(phrase.toString().toUpper()));
+            for (const QString &written : {phrase.toString(), phrase.toString().toUpper()})
+                alternatives.append(QLatin1String("(?<![\\p{L}\\p{N}])(?:") +
+                                    Vocabulary::phrasePattern(written) +
+                                    QLatin1String(")(?![\\p{L}\\p{N}])"));
         }
     }
     for (const QJsonValue &id : country.value(QLatin1String("taxIds")).toArray())
         alternatives.append(QLatin1String("\\b(?:") + id.toString() + u')');
     for (const QJsonValue &code : country.value(QLatin1String("phoneCodes")).toArray())
-        alternatives.append(QLatin1String("(?<![\\d.,+])(?:\\+\\s?|\\(\\+|00)") + code.toString() +
+        alternatives.append(QLatin1String("(?<![\\d.,+])\\(?\\+\\s?") + code.toString() +
                             QLatin1String("(?=[\\s\\-().]*\\d)"));
     return alternatives.join(u'|');
 }
