@@ -97,6 +97,28 @@ Field chooseTax(const QList<TaxHit> &hits)
     return field;
 }
 
+// Full rules: a rate table ("Rate  Net  Tax" over "7 %  100,00  7,00" and "19 %  100,00  19,00"): the
+// amounts under the tax label in the rows below that each print a rate, summed and outlined together.
+// Nothing unless two or more such rows follow.
+std::optional<TaxHit> rateColumn(const Scan &scan, qsizetype index, const TextLine &label)
+{
+    if (scan.rules != RuleSet::Full)
+        return std::nullopt;
+    TaxHit hit;
+    int rows = 0;
+    for (qsizetype j = index + 1; j < scan.rows.size() && scan.rows[j].text.contains(u'%'); ++j) {
+        const auto near = amountUnder(scan, j, label);
+        if (!near || scan.rows[j].page != scan.rows[index].page)
+            break;
+        hit.amount += near->value;
+        hit.box = rows == 0 ? near->box : PageBox{hit.box.page, unitedRect(hit.box.rect, near->box.rect)};
+        ++rows;
+    }
+    if (rows < 2)
+        return std::nullopt;
+    return hit;
+}
+
 // Several rates' taxes (7 % and 19 %) that add up to the tax subtotal and total imply: their sum,
 // outlined over all of them where they share a page.
 std::optional<Field> sumOfRates(const QList<TaxHit> &hits, double implied)
@@ -158,7 +180,9 @@ Field findTax(const Scan &scan, std::optional<double> implied)
                 if (p.taxExclude(scan.rules).contains(line.text) ||
                     !p.taxLabel(scan.rules).contains(line.text))
                     continue;
-                if (const auto near = amountBelow(scan, i, line))
+                if (const auto rates = rateColumn(scan, i, line))
+                    hits.append(*rates);
+                else if (const auto near = amountBelow(scan, i, line))
                     hits.append(TaxHit{near->value, near->box, p.taxTotal(scan.rules).contains(line.text)});
             }
             continue;
