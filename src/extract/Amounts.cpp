@@ -27,14 +27,16 @@ bool isRate(const QString &text, qsizetype end)
 
 } // namespace
 
-QList<Amount> amountCandidates(const QString &text, RuleSet rules)
+QList<Amount> amountCandidates(const QString &text, const RuleFeatures &features)
 {
     QList<Amount> amounts;
-    for (const Regex::Match &m : Patterns::shared().amount(rules).matchAll(text)) {
-        if (rules == RuleSet::Full && isRate(text, m.range().end()))
+    if (!Patterns::hasDigit(text)) // every amount has one
+        return amounts;
+    for (const Regex::Match &m : Patterns::shared().amount(features).matchAll(text)) {
+        if (features.ratesAreNoAmounts && isRate(text, m.range().end()))
             continue;
         QString matched = m.captured(text);
-        if (rules == RuleSet::Full) // blanks between groups of digits ("1 234,56")
+        if (features.blankThousands) // blanks between groups of digits ("1 234,56")
             matched.remove(u' ').remove(QChar(0xA0)).remove(QChar(0x202F));
         const auto value = Money::parse(matched);
         if (!value)
@@ -51,15 +53,15 @@ QList<Amount> amountCandidates(const QString &text, RuleSet rules)
     return amounts;
 }
 
-Scan scanRows(QList<Row> rows, RuleSet rules)
+Scan scanRows(QList<Row> rows, const RuleFeatures &features)
 {
     Scan scan;
-    scan.rules = rules;
+    scan.features = features;
     scan.amounts.reserve(rows.size());
     scan.headerLike.reserve(rows.size());
     for (const Row &row : rows) {
-        scan.amounts.append(amountCandidates(row.text, rules));
-        scan.headerLike.append(Patterns::isHeaderLike(row.text, rules));
+        scan.amounts.append(amountCandidates(row.text, features));
+        scan.headerLike.append(Patterns::isHeaderLike(row.text, features));
     }
     scan.rows = std::move(rows);
     return scan;
@@ -91,8 +93,8 @@ std::optional<NearAmount> amountNear(const Scan &scan, qsizetype index)
 
 bool isColumnLabelRow(const Scan &scan, qsizetype index)
 {
-    return scan.rules == RuleSet::Full && scan.amounts[index].isEmpty() &&
-           scan.rows[index].lines.size() > 1 && !scan.headerLike[index];
+    return scan.features.columnLabels && scan.amounts[index].isEmpty() && scan.rows[index].lines.size() > 1 &&
+           !scan.headerLike[index];
 }
 
 std::optional<NearAmount> amountUnder(const Scan &scan, qsizetype row, const TextLine &label)

@@ -1,5 +1,6 @@
 #include "Currency.h"
 
+#include "Keywords.h"
 #include "Patterns.h"
 #include "Regex.h"
 #include "Rows.h"
@@ -170,28 +171,65 @@ struct Evidence {
     PageBox box;
 };
 
-// Full rules: printed codes, then local symbols beside amounts, then the seller's legal form, then a
-// lone dollar or crown, then the country the page names (its places, companies, tax numbers, phone
-// codes); counts decide within one strength, the first seen on a tie.
-std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &locale)
+// Three upper-case ASCII letters in a row, as every code needs (the code patterns are case-sensitive).
+bool mayHoldCode(const QString &text)
+{
+    int run = 0;
+    for (const QChar c : text) {
+        run = c.unicode() >= u'A' && c.unicode() <= u'Z' ? run + 1 : 0;
+        if (run == 3)
+            return true;
+    }
+    return false;
+}
+
+// One of the marks the case-sensitive mark pattern names.
+bool mayHoldMark(const QString &text)
+{
+    for (const QChar c : text) {
+        const char16_t u = c.unicode();
+        if (u == u'$' || u == u'€' || u == u'£' || u == u'¥' || u == u'₹')
+            return true;
+    }
+    for (const char16_t *mark : {u"RM", u"Rs", u"CHF", u"zł", u"kr"}) {
+        if (text.contains(QStringView(mark)))
+            return true;
+    }
+    return false;
+}
+
+// Evidence by strength: printed codes, then local symbols beside amounts, then the seller's legal form, then
+// a lone dollar or crown, then (RuleFeatures::countryCurrency) the country the page names: its places,
+// companies, tax numbers, phone codes. Counts decide within one strength, the first seen on a tie.
+std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &locale,
+                                       const RuleFeatures &features)
 {
     const CurrencyPatterns &p = patterns();
     QList<Evidence> found;
     for (const Row &row : rows) {
-        for (const Regex::Match &m : p.fullCode.matchAll(row.text))
+        const QList<Regex::Match> codes =
+            mayHoldCode(row.text) ? p.fullCode.matchAll(row.text) : QList<Regex::Match>();
+        for (const Regex::Match &m : codes)
             found.append(Evidence{m.captured(row.text, 1), Strength::Code, row.box(m.range(1))});
-        for (const Regex::Match &m : p.mark.matchAll(row.text)) {
+        const QList<Regex::Match> marks =
+            mayHoldMark(row.text) ? p.mark.matchAll(row.text) : QList<Regex::Match>();
+        for (const Regex::Match &m : marks) {
             const int group = m.has(1) ? 1 : 2;
             const QString mark = m.captured(row.text, group);
             const bool lone = mark == QLatin1String("$") || mark == QLatin1String("kr");
             found.append(Evidence{codeOfMark(mark, locale), lone ? Strength::LoneMark : Strength::Local,
                                   row.box(m.range(group))});
         }
-        for (const Country &country : Patterns::compiledOnce<CountryPatterns>().countries) {
-            for (const Regex::Match &m : country.signs.matchAll(row.text))
-                found.append(Evidence{country.currency, Strength::Country, row.box(m.range())});
+        if (features.countryCurrency) {
+            for (const Country &country : Patterns::compiledOnce<CountryPatterns>().countries) {
+                for (const Regex::Match &m : country.signs.matchAll(row.text))
+                    found.append(Evidence{country.currency, Strength::Country, row.box(m.range())});
+            }
         }
-        for (const Regex::Match &m : p.legalForm.matchAll(row.text)) {
+        const QList<Regex::Match> forms = Keywords::may(row.text, Keywords::LegalForm, features)
+                                              ? p.legalForm.matchAll(row.text)
+                                              : QList<Regex::Match>();
+        for (const Regex::Match &m : forms) {
             static const std::array<const char *, 5> codes{"MYR", "SGD", "INR", "AUD", "PLN"};
             for (int g = 1; g <= 5; ++g) {
                 if (m.has(g))
@@ -238,15 +276,15 @@ std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &lo
 
 } // namespace
 
-Field findCurrency(const QList<Row> &rows, RuleSet rules, const QLocale &locale)
+Field findCurrency(const QList<Row> &rows, const RuleFeatures &features, const QLocale &locale)
 {
     const QString doc = documentText(rows);
-    if (rules == RuleSet::Full) {
-        if (auto field = strongestEvidence(rows, locale))
+    if (features.currencyEvidence) {
+        if (auto field = strongestEvidence(rows, locale, features))
             return *field;
         // Amounts without a mark: the user's own currency, as a guess to confirm.
         Field field = emptyField(QStringLiteral("currency"), QStringLiteral("Currency"));
-        if (Patterns::shared().amount(rules).contains(doc)) {
+        if (Patterns::shared().amount(features).contains(doc)) {
             field.value = locale.currencySymbol(QLocale::CurrencyIsoCode);
             field.confidence = field.value.isEmpty() ? 0 : 0.3;
         }

@@ -3,6 +3,8 @@
 #include "Regex.h"
 #include "Rows.h"
 
+#include <algorithm>
+
 namespace Extractor {
 
 namespace {
@@ -103,6 +105,53 @@ Field extractCustom(const CustomFieldDef &def, const QList<Row> &rows, bool *aba
 QString customSource(const CustomFieldDef &def)
 {
     return (def.isRegex ? QStringLiteral("re|") : QStringLiteral("kw|")) + def.pattern;
+}
+
+Resync resync(const QList<Field> &fields, const QList<CustomFieldDef> &definitions, const QList<Row> &rows)
+{
+    Resync out;
+    for (const Field &f : fields) {
+        if (!f.isCustom)
+            out.fields.append(f);
+    }
+    for (const CustomFieldDef &def : definitions) {
+        const QString key = uuidText(def.id);
+        const QString label = def.name.isEmpty() ? QStringLiteral("Custom field") : def.name;
+        const QString source = customSource(def);
+        const auto existing = std::find_if(fields.cbegin(), fields.cend(), [&](const Field &f) {
+            return f.isCustom && f.key == key && f.source == source;
+        });
+        if (existing != fields.cend()) {
+            // Same definition, maybe renamed: keep the value and any hand correction.
+            Field kept = *existing;
+            kept.label = label;
+            out.fields.append(kept);
+        } else if (!def.isRegex) {
+            out.fields.append(extractCustom(def, rows)); // a keyword search is linear
+        } else {
+            Field placeholder = emptyField(key, label);
+            placeholder.isCustom = true;
+            out.fields.append(placeholder);
+            out.pending.append(def);
+        }
+    }
+    return out;
+}
+
+bool fillPending(QList<Field> &fields, const QList<Field> &extracted)
+{
+    bool filled = false;
+    for (Field &f : fields) {
+        if (!f.isCustom || !f.source.isEmpty())
+            continue;
+        const auto found = std::find_if(extracted.cbegin(), extracted.cend(),
+                                        [&](const Field &e) { return e.key == f.key; });
+        if (found != extracted.cend()) {
+            f = *found;
+            filled = true;
+        }
+    }
+    return filled;
 }
 
 } // namespace Extractor

@@ -16,4 +16,22 @@ Field extractCustom(const CustomFieldDef &def, const QList<Row> &rows, bool *aba
 /// a document's custom field is known to be current.
 QString customSource(const CustomFieldDef &def);
 
+/// A document's fields brought in line with changed definitions, and the patterns still to match.
+struct Resync {
+    /// The built-in fields as they were, then one custom field per definition in definition order:
+    /// a current one kept (relabelled, hand corrections intact), a keyword searched at once, a pattern
+    /// as an empty placeholder without source until fillPending() puts its match in.
+    QList<Field> fields;
+    /// The regular-expression definitions whose placeholders wait; matching them may be slow.
+    QList<CustomFieldDef> pending;
+};
+
+/// Re-syncs `fields` (a document's, read into `rows`) with `definitions`. Pure and quick: no pattern is
+/// matched here, so callers can run the pending ones on another thread.
+Resync resync(const QList<Field> &fields, const QList<CustomFieldDef> &definitions, const QList<Row> &rows);
+
+/// Puts extracted fields into the placeholders resync() left (custom, no source) with the same key.
+/// Returns false, changing nothing, when no placeholder of `fields` matches one of `extracted`.
+bool fillPending(QList<Field> &fields, const QList<Field> &extracted);
+
 } // namespace Extractor

@@ -32,15 +32,14 @@ constexpr QLatin1StringView
 // RulePattern fills the full pattern's vocabulary placeholders.
 RulePattern datePattern(const QString &pattern)
 {
-    const auto fill = [&pattern](RuleSet rules) {
-        const bool full = rules == RuleSet::Full;
+    const auto fill = [&pattern](bool full) {
         QString filled = pattern;
         filled.replace(QLatin1String("{yearlead}"), full ? QLatin1String("(?:del?\\s+)?") : QLatin1String());
         filled.replace(QLatin1String("{ordinals}"), full ? QLatin1String("|er|e") : QLatin1String());
         filled.replace(QLatin1String("{dayof}"), full ? QLatin1String("|de|del") : QLatin1String());
         return filled;
     };
-    return RulePattern(Vocabulary::expand(fill(RuleSet::Core), RuleSet::Core), fill(RuleSet::Full));
+    return RulePattern(Vocabulary::expand(fill(false), RuleSet::Core), fill(true));
 }
 
 // Nothing that belongs to a word or number before the expression.
@@ -74,10 +73,10 @@ const DatePatterns &patterns()
 }
 
 // 1…12 for a month name or abbreviation, 0 for none: English by its first three letters, the
-// vocabularies' names (full rules) as listed.
-int monthNumber(const QString &name, RuleSet rules)
+// vocabularies' names (RuleFeatures::vocabularies) as listed.
+int monthNumber(const QString &name, const RuleFeatures &features)
 {
-    if (rules == RuleSet::Full) {
+    if (features.vocabularies) {
         if (const int month = Vocabulary::active().months.value(name.toLower().remove(u'.')))
             return month;
     }
@@ -105,8 +104,22 @@ QDate makeDate(int year, int month, int day)
     return QDate(year, month, day);
 }
 
-void addNumeric(const QString &text, Order order, RuleSet rules, QList<Match> &out)
+// Whether a digit, a date separator and a digit stand together, as every numeric date needs.
+bool hasNumericShape(const QString &text)
 {
+    for (qsizetype i = 0; i + 2 < text.size(); ++i) {
+        const QChar separator = text[i + 1];
+        if ((separator == u'/' || separator == u'.' || separator == u'-') && text[i].isDigit() &&
+            text[i + 2].isDigit())
+            return true;
+    }
+    return false;
+}
+
+void addNumeric(const QString &text, Order order, bool dottedDayFirst, QList<Match> &out)
+{
+    if (!hasNumericShape(text))
+        return;
     for (const Regex::Match &m : patterns().numeric.matchAll(text)) {
         const QString first = m.captured(text, 1);
         const QString second = m.captured(text, 3);
@@ -115,7 +128,7 @@ void addNumeric(const QString &text, Order order, RuleSet rules, QList<Match> &o
         if (continuesRun(text, m.range().start, separator))
             continue;
         // Dotted numeric dates are written day first wherever they are used (06.08.2018 is 6 August).
-        const Order own = rules == RuleSet::Full && separator == u'.' ? Order::DayFirst : order;
+        const Order own = dottedDayFirst && separator == u'.' ? Order::DayFirst : order;
         Match found;
         found.range = m.range();
         if (first.size() == 4) {
@@ -139,11 +152,11 @@ void addNumeric(const QString &text, Order order, RuleSet rules, QList<Match> &o
 }
 
 void addNamed(const QString &text, const Regex &rx, int dayGroup, int monthGroup, const QDate &today,
-              RuleSet rules, QList<Match> &out)
+              const RuleFeatures &features, QList<Match> &out)
 {
     for (const Regex::Match &m : rx.matchAll(text)) {
         const int year = m.has(3) ? fullYear(m.captured(text, 3)) : today.year();
-        const QDate date = makeDate(year, monthNumber(m.captured(text, monthGroup), rules),
+        const QDate date = makeDate(year, monthNumber(m.captured(text, monthGroup), features),
                                     m.captured(text, dayGroup).toInt());
         if (date.isValid())
             out.append(Match{m.range(), date, std::nullopt});
@@ -152,7 +165,7 @@ void addNamed(const QString &text, const Regex &rx, int dayGroup, int monthGroup
 
 // Whether some word starts with a month's first three letters: a cheap test before the month-name
 // patterns, which are the costly ones.
-bool hasMonthWord(const QString &text, RuleSet rules)
+bool hasMonthWord(const QString &text, const RuleFeatures &features)
 {
     static const QSet<QString> fullPrefixes = [] {
         QSet<QString> prefixes;
@@ -164,7 +177,7 @@ bool hasMonthWord(const QString &text, RuleSet rules)
         if (!text[i].isLetter() || (i > 0 && text[i - 1].isLetter()))
             continue;
         if (monthNumber(text.mid(i, 3), RuleSet::Core) > 0 ||
-            (rules == RuleSet::Full && fullPrefixes.contains(text.mid(i, 3).toLower())))
+            (features.vocabularies && fullPrefixes.contains(text.mid(i, 3).toLower())))
             return true;
     }
     return false;
@@ -172,15 +185,15 @@ bool hasMonthWord(const QString &text, RuleSet rules)
 
 } // namespace
 
-QList<Match> find(const QString &text, Order order, const QDate &today, RuleSet rules)
+QList<Match> find(const QString &text, Order order, const QDate &today, const RuleFeatures &features)
 {
     QList<Match> all;
     if (!Patterns::hasDigit(text))
         return all;
-    addNumeric(text, order, rules, all);
-    if (hasMonthWord(text, rules)) {
-        addNamed(text, patterns().dayMonth(rules), 1, 2, today, rules, all);
-        addNamed(text, patterns().monthDay(rules), 2, 1, today, rules, all);
+    addNumeric(text, order, features.dottedDayFirst, all);
+    if (hasMonthWord(text, features)) {
+        addNamed(text, patterns().dayMonth(features), 1, 2, today, features, all);
+        addNamed(text, patterns().monthDay(features), 2, 1, today, features, all);
     }
     std::stable_sort(all.begin(), all.end(), [](const Match &a, const Match &b) {
         return a.range.start != b.range.start ? a.range.start < b.range.start

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "RuleFeatures.h"
 #include "model/Row.h"
-#include "model/RuleSet.h"
 
 #include <QDate>
 #include <QList>
@@ -42,8 +42,10 @@ struct Match {
 /// Every date expression in `text`, left to right and without overlaps (where two forms overlap, the
 /// one that starts first wins, then the longer). `today` supplies the year of dates written without one.
 /// The full rules also read the vocabularies' month names ("11. Juli 2014", "3 de mayo de 2024",
-/// "1er janvier 2024"), and read an ambiguous dotted date (06.08.2018) day first whatever `order` says.
-QList<Match> find(const QString &text, Order order, const QDate &today, RuleSet rules = RuleSet::Core);
+/// "1er janvier 2024"); with RuleFeatures::dottedDayFirst an ambiguous dotted date (06.08.2018) reads
+/// day first whatever `order` says.
+QList<Match> find(const QString &text, Order order, const QDate &today,
+                  const RuleFeatures &features = RuleSet::Core);
 
 /// The order in which `locale` writes numeric dates: month first where its short date format puts the
 /// month before the day and does not start with the year (English, United States), day first otherwise.

@@ -2,6 +2,7 @@
 #include "Patterns.h"
 
 #include "DateDetector.h"
+#include "Keywords.h"
 #include "Number.h"
 #include "Regex.h"
 #include "Rows.h"
@@ -56,14 +57,14 @@ const DatePatterns &patterns()
 }
 
 // The days of the document's payment terms, if it states them.
-std::optional<int> termDays(const QString &doc, RuleSet rules)
+std::optional<int> termDays(const QString &doc, const RuleFeatures &features)
 {
     const DatePatterns &p = patterns();
     std::optional<Regex::Match> m = p.netTerms.match(doc);
-    if (!m && rules == RuleSet::Full)
-        m = p.termsWithin(rules).match(doc);
-    if (!m && rules == RuleSet::Full)
-        m = p.termsNet(rules).match(doc);
+    if (!m)
+        m = p.termsWithin(features).match(doc);
+    if (!m)
+        m = p.termsNet(features).match(doc);
     bool parsed = false;
     const int days = m ? m->captured(doc, 1).toInt(&parsed) : 0;
     return parsed ? std::optional<int>(days) : std::nullopt;
@@ -94,14 +95,14 @@ struct LabelMark {
 // Detected dates of each row that have a date's shape, left to right.
 using RowDates = QList<QList<DateDetector::Match>>;
 
-RowDates detectDates(const QList<Row> &rows, Order order, const QDate &today, RuleSet rules)
+RowDates detectDates(const QList<Row> &rows, Order order, const QDate &today, const RuleFeatures &features)
 {
     RowDates all;
     all.reserve(rows.size());
     for (const Row &row : rows) {
         QList<DateDetector::Match> dates;
-        for (const DateDetector::Match &m : DateDetector::find(row.text, order, today, rules)) {
-            if (patterns().dateShape(rules).contains(row.text.mid(m.range.start, m.range.length)))
+        for (const DateDetector::Match &m : DateDetector::find(row.text, order, today, features)) {
+            if (patterns().dateShape(features).contains(row.text.mid(m.range.start, m.range.length)))
                 dates.append(m);
         }
         all.append(dates);
@@ -127,7 +128,7 @@ Order documentOrder(const RowDates &dates, Order localeOrder)
 }
 
 // A year of the 2100s to 2900s on a scan is a misread 20xx ("2618" for "2018": 0 and 6, 4 or 8 look alike
-// on faded print). The full rules read it as 20xx when that is no later than next year, below green.
+// on faded print): read as 20xx when that is no later than next year, below green.
 bool repairYear(DateHit &hit, const QDate &today)
 {
     const int year = hit.date.year();
@@ -141,7 +142,7 @@ bool repairYear(DateHit &hit, const QDate &today)
     return true;
 }
 
-QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, RuleSet rules,
+QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, const RuleFeatures &features,
                            const QDate &today)
 {
     QList<DateHit> hits;
@@ -156,10 +157,13 @@ QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, Rul
             continue;
         }
         QList<LabelMark> marks;
-        for (const Regex::Match &m : patterns().dateLabel(rules).matchAll(row.text)) {
+        const QList<Regex::Match> labels = Keywords::may(row.text, Keywords::DateLabel, features)
+                                               ? patterns().dateLabel(features).matchAll(row.text)
+                                               : QList<Regex::Match>();
+        for (const Regex::Match &m : labels) {
             const QString label = m.captured(row.text).toLower();
             const bool due = label.contains(QLatin1String("due")) || label.contains(QLatin1String("by")) ||
-                             (rules == RuleSet::Full && patterns().dueWords(rules).contains(label));
+                             patterns().dueWords(features).contains(label);
             marks.append(LabelMark{m.range().start, due ? Due : Issue});
         }
         for (qsizetype i = 0; i < dates.size(); ++i) {
@@ -172,8 +176,8 @@ QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, Rul
             if (nearest) {
                 hit.kind = nearest->kind;
                 hit.conf = 0.9;
-            } else if (rules == RuleSet::Full && invoiceNumberAt(row.text, rules) >= 0 &&
-                       invoiceNumberAt(row.text, rules) < dates[i].range.start) {
+            } else if (features.dateByNumber && invoiceNumberAt(row.text, features) >= 0 &&
+                       invoiceNumberAt(row.text, features) < dates[i].range.start) {
                 // "Rechnung Nr. 123 vom 12.03.2024", "Invoice #123 – 5 March 2024": the date the invoice
                 // number is given with is its issue date.
                 hit.conf = 0.85;
@@ -182,7 +186,7 @@ QList<DateHit> collectHits(const QList<Row> &rows, const RowDates &rowDates, Rul
                 hit.kind = carried[i];
                 hit.conf = 0.8;
             }
-            if (rules == RuleSet::Full)
+            if (features.yearRepair)
                 repairYear(hit, today);
             hits.append(hit);
         }
@@ -214,24 +218,24 @@ void fill(Field &field, const DateHit &hit)
 
 } // namespace
 
-std::pair<Field, Field> findDates(const QList<Row> &rows, RuleSet rules)
+std::pair<Field, Field> findDates(const QList<Row> &rows, const RuleFeatures &features)
 {
-    return findDates(rows, Money::userLocale(), QDate::currentDate(), rules);
+    return findDates(rows, Money::userLocale(), QDate::currentDate(), features);
 }
 
 std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale, const QDate &today,
-                                  RuleSet rules)
+                                  const RuleFeatures &features)
 {
     Field date = emptyField(QStringLiteral("date"), QStringLiteral("Date"));
     Field dueDate = emptyField(QStringLiteral("dueDate"), QStringLiteral("Due date"));
 
     const Order localeOrder =
-        rules == RuleSet::Full && writesDayFirst(rows) ? Order::DayFirst : DateDetector::orderFor(locale);
-    RowDates dates = detectDates(rows, localeOrder, today, rules);
+        features.documentDateOrder && writesDayFirst(rows) ? Order::DayFirst : DateDetector::orderFor(locale);
+    RowDates dates = detectDates(rows, localeOrder, today, features);
     const Order order = documentOrder(dates, localeOrder);
     if (order != localeOrder)
-        dates = detectDates(rows, order, today, rules);
-    const QList<DateHit> hits = collectHits(rows, dates, rules, today);
+        dates = detectDates(rows, order, today, features);
+    const QList<DateHit> hits = collectHits(rows, dates, features, today);
     const DateHit *issue = bestOfKind(hits, Issue);
     const DateHit *due = bestOfKind(hits, Due);
     if (issue)
@@ -239,16 +243,16 @@ std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale,
     if (due) {
         fill(dueDate, *due);
         // A due date before the issue date is a misread or a mislabelled date: shown for review.
-        if (rules == RuleSet::Full && issue && due->date < issue->date)
+        if (features.dueBeforeIssue && issue && due->date < issue->date)
             dueDate.confidence = std::min(dueDate.confidence, 0.6);
     } else if (issue) {
         const QString doc = documentText(rows);
-        const std::optional<int> days = termDays(doc, rules);
+        const std::optional<int> days = termDays(doc, features);
         const QDate termsDate = days ? issue->date.addDays(*days) : QDate();
         if (termsDate.isValid()) {
             dueDate.value = formatDate(termsDate);
             dueDate.confidence = 0.45;
-        } else if (patterns().dueOnReceipt(rules).contains(doc)) {
+        } else if (patterns().dueOnReceipt(features).contains(doc)) {
             dueDate.value = formatDate(issue->date);
             dueDate.confidence = 0.5;
         }

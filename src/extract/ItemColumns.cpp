@@ -44,7 +44,7 @@ struct Header {
     }
 };
 
-Kind kindOf(const QString &label, RuleSet rules)
+Kind kindOf(const QString &label, const RuleFeatures &rules)
 {
     const Patterns::Shared &p = Patterns::shared();
     if (patterns().taxWord(rules).contains(label))
@@ -63,7 +63,7 @@ Kind kindOf(const QString &label, RuleSet rules)
 // Labels whose extents overlap are one column (a label over its unit: "TOTAL HT" above "(EUR)"); its
 // kind is the first one known from the top. Of two columns of one kind the rightmost is the amount, the
 // widest the description ("Code article" beside "Désignation"), the leftmost any other kind.
-QList<Column> columnsOf(QList<TextLine> labels, RuleSet rules)
+QList<Column> columnsOf(QList<TextLine> labels, const RuleFeatures &rules)
 {
     std::stable_sort(labels.begin(), labels.end(),
                      [](const TextLine &a, const TextLine &b) { return a.rect.left() < b.rect.left(); });
@@ -116,7 +116,7 @@ std::optional<Header> headerAt(const Scan &scan, qsizetype i)
     }
     if (labels.size() < 3)
         return std::nullopt;
-    Header header{columnsOf(labels, scan.rules), j};
+    Header header{columnsOf(labels, scan.features), j};
     const int known = int(header.has(Kind::Quantity)) + int(header.has(Kind::Price));
     if (!header.has(Kind::Amount) || !header.has(Kind::Description) || known == 0)
         return std::nullopt;
@@ -145,7 +145,7 @@ const Column *columnOf(const Header &header, const TextLine &line)
 }
 
 // The amount a cell holds when it holds nothing else (a currency mark or code aside).
-std::optional<double> cellAmount(const TextLine &line, RuleSet rules)
+std::optional<double> cellAmount(const TextLine &line, const RuleFeatures &rules)
 {
     const QList<Amount> amounts = amountCandidates(line.text, rules);
     if (amounts.size() != 1)
@@ -178,7 +178,7 @@ struct Cells {
 };
 
 // The row's lines sorted into the header's columns.
-Cells cellsOf(const Header &header, const Row &row, RuleSet rules)
+Cells cellsOf(const Header &header, const Row &row, const RuleFeatures &rules)
 {
     Cells cells;
     cells.box = PageBox{row.page, row.rect};
@@ -261,8 +261,8 @@ bool isOtherLabels(const Scan &scan, qsizetype i)
         return false;
     const auto known =
         std::count_if(scan.rows[i].lines.begin(), scan.rows[i].lines.end(), [&scan](const TextLine &line) {
-            return kindOf(line.text, scan.rules) != Kind::Other ||
-                   patterns().taxWord(scan.rules).contains(line.text);
+            return kindOf(line.text, scan.features) != Kind::Other ||
+                   patterns().taxWord(scan.features).contains(line.text);
         });
     return known >= 2;
 }
@@ -298,11 +298,11 @@ std::optional<QList<LineItem>> findItemsByColumns(const Scan &scan)
         }
         const bool anyItem = std::any_of(entries.begin(), entries.end(),
                                          [](const Entry &e) { return e.cells.amount.has_value(); });
-        if (isSummaryRow(row, scan.rules) && (!scan.amounts[i].isEmpty() || anyItem))
+        if (isSummaryRow(row, scan.features) && (!scan.amounts[i].isEmpty() || anyItem))
             break;
         if (anyItem && isOtherLabels(scan, i))
             break;
-        entries.append(Entry{i, cellsOf(*header, row, scan.rules)});
+        entries.append(Entry{i, cellsOf(*header, row, scan.features)});
     }
 
     // Description text printed on rows of its own (above, below or wrapped) belongs to the nearest item

@@ -1,5 +1,6 @@
 #include "LineItems.h"
 
+#include "Keywords.h"
 #include "Patterns.h"
 #include "Vocabulary.h"
 #include "model/Money.h"
@@ -81,22 +82,16 @@ bool nearWhole(double v)
 
 } // namespace
 
-bool isSummaryRow(const Row &row, RuleSet rules)
+bool isSummaryRow(const Row &row, const RuleFeatures &features)
 {
-    using W = QLatin1StringView;
-    // Every base summary label holds one of these words (member lines are parts of the row text).
-    if (rules == RuleSet::Core &&
-        !Patterns::mayContain(
-            row.text, {W("total"),  W("balance"),  W("amount"),   W("tax"),        W("vat"),  W("gst"),
-                       W("hst"),    W("discount"), W("shipping"), W("freight"),    W("pay"),  W("paid"),
-                       W("change"), W("cash"),     W("visa"),     W("mastercard"), W("amex"), W("card"),
-                       W("tip"),    W("thank"),    W("due"),      W("net")}))
+    // Member lines are parts of the row text, so the row's words tell for them too.
+    if (!Keywords::may(row.text, Keywords::SummaryRow, features))
         return false;
-    const Regex &summary = patterns().summaryRow(rules);
+    const Regex &summary = patterns().summaryRow(features);
     if (summary.contains(row.text))
         return true;
-    // The full rules also end the table at a subtotal in any wording ("Net amount", "Nettobetrag").
-    if (rules == RuleSet::Full && Patterns::shared().subtotalLabel(rules).contains(row.text))
+    // A subtotal in any wording ("Net amount", "Nettobetrag") may end the table too.
+    if (features.subtotalEndsTable && Patterns::shared().subtotalLabel(features).contains(row.text))
         return true;
     return std::any_of(row.lines.begin(), row.lines.end(),
                        [&summary](const TextLine &line) { return summary.contains(line.text); });
@@ -104,12 +99,13 @@ bool isSummaryRow(const Row &row, RuleSet rules)
 
 namespace {
 
-// The full rules read a quantity printed as the row's first amount, before the description
+// A quantity printed as the row's first amount, before the description
 // ("1,00  Beratung  120,00", "2  3,50  Std.  Montage  45,00  157,50"): it is taken out of the
 // candidates and the text up to the next amount becomes the head.
-std::optional<double> leadingQuantity(const Row &row, QList<Amount> &amounts, QString &head, RuleSet rules)
+std::optional<double> leadingQuantity(const Row &row, QList<Amount> &amounts, QString &head,
+                                      const RuleFeatures &features)
 {
-    if (rules != RuleSet::Full || amounts.size() < 2)
+    if (!features.leadingQuantity || amounts.size() < 2)
         return std::nullopt;
     const QString before = row.text.left(amounts[0].range.start).trimmed();
     const qsizetype afterFirst = amounts[0].range.end();
@@ -120,14 +116,15 @@ std::optional<double> leadingQuantity(const Row &row, QList<Amount> &amounts, QS
         return std::nullopt;
     amounts.removeFirst();
     head = between.trimmed();
-    if (const auto unit = patterns().unitHead(rules).match(head))
+    if (const auto unit = patterns().unitHead(features).match(head))
         head = head.mid(unit->range().end()).trimmed();
     return value;
 }
 
 } // namespace
 
-std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool hasHeader, RuleSet rules)
+std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool hasHeader,
+                                  const RuleFeatures &features)
 {
     if (amounts.isEmpty())
         return std::nullopt;
@@ -135,12 +132,12 @@ std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool ha
     QString head = row.text.left(amounts.first().range.start).trimmed();
 
     // A "key: value" line ("Bruttopreis: 127,60") under an item is a detail of it, not another item.
-    if (rules == RuleSet::Full && head.endsWith(u':'))
+    if (features.itemDetailLines && head.endsWith(u':'))
         return std::nullopt;
-    std::optional<double> quantity = leadingQuantity(row, amounts, head, rules);
+    std::optional<double> quantity = leadingQuantity(row, amounts, head, features);
     QString description = head;
     bool quantityFromTail = false;
-    if (const auto m = quantity ? std::nullopt : patterns().quantityTail(rules).match(head)) {
+    if (const auto m = quantity ? std::nullopt : patterns().quantityTail(features).match(head)) {
         const QString rest = head.left(m->range().start).trimmed();
         const auto value = Money::parse(m->captured(head, 1));
         if (hasLetter(rest) && value && *value > 0 && *value < 100000) {
@@ -150,7 +147,7 @@ std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool ha
         }
     }
     if (!quantity && !hasHeader) {
-        if (const auto m = patterns().quantityHead(rules).match(head)) {
+        if (const auto m = patterns().quantityHead(features).match(head)) {
             quantity = m->captured(head, 1).toDouble();
             description = head.mid(m->range().end()).trimmed();
         }
@@ -222,17 +219,18 @@ QList<LineItem> findLineItems(const Scan &scan)
     qsizetype lastItemRow = -1;
     for (qsizetype i = start; i < rows.size(); ++i) {
         const Row &row = rows[i];
-        if (isSummaryRow(row, scan.rules)) {
-            // The full rules let a header's second line ("MwSt." under "Preis") pass: a summary row
+        if (isSummaryRow(row, scan.features)) {
+            // A header's second line ("MwSt." under "Preis") may pass: a summary row
             // ends the table once it carries an amount or items were found.
-            const bool ends = scan.rules == RuleSet::Core || !items.isEmpty() || !scan.amounts[i].isEmpty();
+            const bool ends =
+                !scan.features.headerSecondLine || !items.isEmpty() || !scan.amounts[i].isEmpty();
             if (hasHeader && ends)
                 break;
             continue;
         }
         if (hasHeader && scan.amounts[i].isEmpty() && scan.headerLike[i])
             continue;
-        if (auto item = parseItem(row, scan.amounts[i], hasHeader, scan.rules)) {
+        if (auto item = parseItem(row, scan.amounts[i], hasHeader, scan.features)) {
             items.append(std::move(*item));
             lastItemRow = i;
             continue;

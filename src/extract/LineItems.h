@@ -11,12 +11,13 @@ QList<LineItem> findLineItems(const Scan &scan);
 
 /// One item row: description, quantity, unit price and amount from the row's amounts (left to right).
 /// Nothing when the row has no amount or no plausible description.
-/// The full rules also read a quantity printed before the description ("1,00  Beratung  120,00").
+/// With RuleFeatures::leadingQuantity also a quantity printed before the description ("1,00  Beratung
+/// 120,00").
 std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool hasHeader,
-                                  RuleSet rules = RuleSet::Core);
+                                  const RuleFeatures &features = RuleSet::Core);
 
 /// Whether a row ends the item table: a total, tax, payment or closing line ("Subtotal", "Thank you");
-/// the full rules add the vocabularies' summary words and any subtotal label.
-bool isSummaryRow(const Row &row, RuleSet rules);
+/// the vocabularies add their summary words, and RuleFeatures::subtotalEndsTable any subtotal label.
+bool isSummaryRow(const Row &row, const RuleFeatures &features);
 
 } // namespace Extractor

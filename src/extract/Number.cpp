@@ -1,6 +1,7 @@
 #include "Number.h"
 #include "Patterns.h"
 
+#include "Keywords.h"
 #include "Regex.h"
 #include "Vocabulary.h"
 
@@ -60,6 +61,16 @@ bool hasNumeral(const QString &text)
     return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isNumber(); });
 }
 
+// The prefixes the case-sensitive prefixed-number pattern starts with; rows without one skip it.
+bool mayHoldPrefixedNumber(const QString &text)
+{
+    for (const char *prefix : {"INV", "RCPT", "REC", "BILL", "PO", "SO"}) {
+        if (text.contains(QLatin1StringView(prefix)))
+            return true;
+    }
+    return false;
+}
+
 QString trimSeparators(const QString &text)
 {
     const auto isSeparator = [](QChar c) { return c == u'.' || c == u'-' || c == u'/' || c == u'_'; };
@@ -72,16 +83,16 @@ QString trimSeparators(const QString &text)
     return text.mid(from, to - from);
 }
 
-double labelConfidence(const QString &keyword, RuleSet rules)
+double labelConfidence(const QString &keyword, const RuleFeatures &features)
 {
     const QString k = keyword.toLower();
     if (k == QLatin1String("invoice") || k == QLatin1String("receipt") || k == QLatin1String("inv"))
         return 0.85;
     if (k == QLatin1String("order") || k == QLatin1String("transaction"))
         return 0.6;
-    if (rules == RuleSet::Full && patterns().invoiceWord(rules).contains(keyword))
+    if (patterns().invoiceWord(features).contains(keyword))
         return 0.85;
-    if (rules == RuleSet::Full && patterns().orderWord(rules).contains(keyword))
+    if (patterns().orderWord(features).contains(keyword))
         return 0.6;
     return 0.7;
 }
@@ -102,26 +113,29 @@ struct Best {
     }
 };
 
-void offerLabelled(const Row &row, RuleSet rules, Best &best)
+void offerLabelled(const Row &row, const RuleFeatures &features, Best &best)
 {
     const NumberPatterns &p = patterns();
-    for (const Regex::Match &m : p.numberLabel(rules).matchAll(row.text)) {
+    if (!Keywords::may(row.text, Keywords::NumberLabel, features))
+        return;
+    for (const Regex::Match &m : p.numberLabel(features).matchAll(row.text)) {
         if (!m.has(2))
             continue;
         const QString value = trimSeparators(m.captured(row.text, 2));
         if (!hasNumeral(value) || p.dateOnly.contains(value))
             continue;
-        double confidence = labelConfidence(m.captured(row.text, 1), rules);
+        double confidence = labelConfidence(m.captured(row.text, 1), features);
         const QString whole = m.captured(row.text);
-        if (whole.contains(u':') || whole.contains(u'#') || p.numberWord(rules).contains(whole))
+        if (whole.contains(u':') || whole.contains(u'#') || p.numberWord(features).contains(whole))
             confidence += 0.07;
         best.offer(value, confidence, row.box(m.range(2)));
     }
 }
 
-void offerStacked(const QList<Row> &rows, qsizetype i, RuleSet rules, Best &best)
+void offerStacked(const QList<Row> &rows, qsizetype i, const RuleFeatures &features, Best &best)
 {
-    if (!patterns().stackedLabel(rules).contains(rows[i].text) || i + 1 >= rows.size())
+    if (i + 1 >= rows.size() || !Keywords::may(rows[i].text, Keywords::NumberLabel, features) ||
+        !patterns().stackedLabel(features).contains(rows[i].text))
         return;
     const Row &next = rows[i + 1];
     if (next.page != rows[i].page || next.lines.isEmpty())
@@ -135,29 +149,33 @@ void offerStacked(const QList<Row> &rows, qsizetype i, RuleSet rules, Best &best
 
 } // namespace
 
-qsizetype invoiceNumberAt(const QString &text, RuleSet rules)
+qsizetype invoiceNumberAt(const QString &text, const RuleFeatures &features)
 {
-    for (const Regex::Match &m : patterns().numberLabel(rules).matchAll(text)) {
+    if (!Keywords::may(text, Keywords::NumberLabel, features))
+        return -1;
+    for (const Regex::Match &m : patterns().numberLabel(features).matchAll(text)) {
         const QString value = trimSeparators(m.captured(text, 2));
         if (m.has(2) && hasNumeral(value) && !patterns().dateOnly.contains(value) &&
-            labelConfidence(m.captured(text, 1), rules) >= 0.85)
+            labelConfidence(m.captured(text, 1), features) >= 0.85)
             return m.range().start;
     }
     return -1;
 }
 
-Field findNumber(const QList<Row> &rows, RuleSet rules)
+Field findNumber(const QList<Row> &rows, const RuleFeatures &features)
 {
     const NumberPatterns &p = patterns();
     Field field = emptyField(QStringLiteral("number"), QStringLiteral("Invoice / receipt no."));
     Best best;
     for (qsizetype i = 0; i < rows.size(); ++i) {
         const Row &row = rows[i];
-        offerLabelled(row, rules, best);
-        if (const auto m = p.prefixedNumber.match(row.text))
+        offerLabelled(row, features, best);
+        const bool numeral = hasNumeral(row.text);
+        if (const auto m =
+                numeral && mayHoldPrefixedNumber(row.text) ? p.prefixedNumber.match(row.text) : std::nullopt)
             best.offer(m->captured(row.text, 1), 0.72, row.box(m->range(1)));
-        offerStacked(rows, i, rules, best);
-        if (rules == RuleSet::Full) {
+        offerStacked(rows, i, features, best);
+        if (features.markedNumbers && numeral) {
             for (const TextLine &line : row.lines) {
                 const auto m = p.markedNumber.match(line.text);
                 if (m && hasNumeral(m->captured(line.text, 1)) &&
@@ -165,7 +183,7 @@ Field findNumber(const QList<Row> &rows, RuleSet rules)
                     best.offer(m->captured(line.text, 1), 0.6, PageBox{line.page, line.rect});
             }
         }
-        if (const auto m = p.hashNumber.match(row.text))
+        if (const auto m = numeral && row.text.contains(u'#') ? p.hashNumber.match(row.text) : std::nullopt)
             best.offer(m->captured(row.text, 1), 0.45, row.box(m->range(1)));
     }
     if (best.confidence < 0)

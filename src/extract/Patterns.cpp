@@ -1,10 +1,9 @@
 #include "Patterns.h"
 
+#include "Keywords.h"
 #include "Vocabulary.h"
 
-#include <QVarLengthArray>
 #include <algorithm>
-#include <string_view>
 
 namespace Patterns {
 
@@ -34,31 +33,20 @@ const Shared &shared()
     return patterns;
 }
 
-bool isHeaderLike(const QString &text, RuleSet rules)
+bool isHeaderLike(const QString &text, const RuleFeatures &features)
 {
+    using namespace Keywords;
     const Shared &p = shared();
-    if (rules == RuleSet::Full) {
-        const int hits = int(p.headerDescription(rules).contains(text)) +
-                         int(p.headerQuantity(rules).contains(text)) +
-                         int(p.headerPrice(rules).contains(text)) + int(p.headerAmount(rules).contains(text));
-        return hits >= 2;
-    }
-    using W = QLatin1StringView;
-    // Each header pattern needs one of its words; the cheap test spares most rows the patterns.
-    const bool description = mayContain(text, {W("descr"), W("item"), W("product"), W("service"), W("detail"),
-                                               W("particular"), W("article")}) &&
-                             p.headerDescription(rules).contains(text);
-    const bool quantity =
-        mayContain(text, {W("qty"), W("quantit"), W("hour"), W("hrs"), W("unit"), W("pcs")}) &&
-        p.headerQuantity(rules).contains(text);
-    if (!description && !quantity && !mayContain(text, {W("price"), W("rate"), W("cost")}))
+    // Each header pattern needs one of its words; the words spare most rows the patterns.
+    const Mask words = of(text, features);
+    const bool description = (words & HeaderDescription) && p.headerDescription(features).contains(text);
+    const bool quantity = (words & HeaderQuantity) && p.headerQuantity(features).contains(text);
+    if (!description && !quantity && !(words & HeaderPrice))
         return false;
     int hits = int(description) + int(quantity);
-    if (hits < 2 && mayContain(text, {W("price"), W("rate"), W("cost")}) &&
-        p.headerPrice(rules).contains(text))
+    if (hits < 2 && (words & HeaderPrice) && p.headerPrice(features).contains(text))
         ++hits;
-    if (hits < 2 && mayContain(text, {W("amount"), W("total"), W("ext")}) &&
-        p.headerAmount(rules).contains(text))
+    if (hits < 2 && (words & HeaderAmount) && p.headerAmount(features).contains(text))
         ++hits;
     return hits >= 2;
 }
@@ -66,28 +54,6 @@ bool isHeaderLike(const QString &text, RuleSet rules)
 bool hasDigit(const QString &text)
 {
     return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
-}
-
-bool mayContain(const QString &text, std::initializer_list<QLatin1StringView> words)
-{
-    QVarLengthArray<char, 256> folded(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char16_t u = text[i].unicode();
-        if (u < 0x80) {
-            folded[i] = char(u >= 'A' && u <= 'Z' ? u + ('a' - 'A') : u);
-            continue;
-        }
-        if (u == 0x00DF || u == 0x0130 || u == 0x017F || u == 0x1E9E || u == 0x212A ||
-            (u >= 0x1E96 && u <= 0x1E9A) || (u >= 0xFB00 && u <= 0xFB06))
-            return true;
-        folded[i] = char(0x80); // matches no ASCII word
-    }
-    const std::string_view haystack(folded.constData(), size_t(folded.size()));
-    for (QLatin1StringView word : words) {
-        if (haystack.find(std::string_view(word.data(), size_t(word.size()))) != std::string_view::npos)
-            return true;
-    }
-    return false;
 }
 
 } // namespace Patterns

@@ -4,10 +4,8 @@
 #include "Vocabulary.h"
 #include "model/RuleSet.h"
 
-#include <initializer_list>
-
-// The built-in patterns shared by several finders and the cheap tests run before patterns. Patterns used
-// by one finder only live in that finder's file.
+// The built-in patterns shared by several finders and the cheap test run before patterns needing a digit.
+// Patterns used by one finder only live in that finder's file.
 namespace Patterns {
 
 /// The one instance of a finder's struct of patterns, all compiled together on first use (thread-safe, as
@@ -20,8 +18,8 @@ template <class Compiled> const Compiled &compiledOnce()
 
 /// The patterns several finders read (case-insensitive).
 struct Shared {
-    /// Amounts; the full rules also read groups of three digits split by a blank before a decimal comma
-    /// ("1 234,56", as French invoices print them).
+    /// Amounts; with RuleFeatures::blankThousands also groups of three digits split by a blank before a
+    /// decimal comma ("1 234,56", as French invoices print them).
     RulePattern amount;
     /// A subtotal label ("Subtotal", "Net amount", "Total before tax").
     RulePattern subtotalLabel;
@@ -35,15 +33,9 @@ struct Shared {
 const Shared &shared();
 
 /// True when at least two of the four table-header patterns match: the row looks like a table header.
-bool isHeaderLike(const QString &text, RuleSet rules = RuleSet::Core);
+bool isHeaderLike(const QString &text, const RuleFeatures &features = RuleSet::Core);
 
 /// Whether `text` holds a decimal digit (what `\d` matches): a cheap test before patterns that need one.
 bool hasDigit(const QString &text);
-
-/// A cheap test run before a case-insensitive pattern that cannot match without one of `words`
-/// (lower-case ASCII): false only when none of them occurs in `text`, ignoring case. Text holding a
-/// character whose case folding yields ASCII letters ("ß", "ſ", "ﬁ", the Kelvin sign…) always passes,
-/// so the pattern still decides with full Unicode case folding.
-bool mayContain(const QString &text, std::initializer_list<QLatin1StringView> words);
 
 } // namespace Patterns

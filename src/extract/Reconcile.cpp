@@ -9,16 +9,6 @@ namespace Extractor {
 
 namespace {
 
-bool agree(double a, double b)
-{
-    return std::abs(a - b) < 0.011;
-}
-
-std::optional<double> present(const Field &field)
-{
-    return field.value.isEmpty() ? std::nullopt : Money::parse(field.value);
-}
-
 void raise(Field &field, double floor)
 {
     field.confidence = std::max(field.confidence, floor);
@@ -37,16 +27,23 @@ void cap(Field &field)
 
 } // namespace
 
+bool itemsAddUp(const QList<LineItem> &items, const Field &subtotal, const Field &tax, const Field &total)
+{
+    const auto sum = Doubts::itemsSum(items);
+    const auto s = Money::amountOf(subtotal);
+    const auto t = Money::amountOf(tax);
+    const auto T = Money::amountOf(total);
+    return sum && ((s && Doubts::withinACent(*sum, *s)) || (T && t && Doubts::withinACent(*sum, *T - *t)) ||
+                   (T && Doubts::withinACent(*sum, *T)));
+}
+
 void capFailedChecks(Field &subtotal, Field &tax, const Field &total, QList<LineItem> &items)
 {
-    const auto s = present(subtotal);
-    const auto t = present(tax);
-    const auto T = present(total);
+    const auto s = Money::amountOf(subtotal);
+    const auto t = Money::amountOf(tax);
+    const auto T = Money::amountOf(total);
     const auto sum = Doubts::itemsSum(items);
-    const bool itemsAgree =
-        sum && ((s && Doubts::withinACent(*sum, *s)) || (T && t && Doubts::withinACent(*sum, *T - *t)) ||
-                (T && Doubts::withinACent(*sum, *T)));
-    if (sum && (s || T) && !itemsAgree) {
+    if (sum && (s || T) && !itemsAddUp(items, subtotal, tax, total)) {
         for (LineItem &item : items)
             item.confidence = std::min(item.confidence, 0.6);
     }
@@ -59,15 +56,12 @@ void capFailedChecks(Field &subtotal, Field &tax, const Field &total, QList<Line
 
 void reconcile(Field &subtotal, Field &tax, Field &total, const QList<LineItem> &items)
 {
-    const auto s = present(subtotal);
-    const auto t = present(tax);
-    const auto T = present(total);
+    using Doubts::withinACent;
+    const auto s = Money::amountOf(subtotal);
+    const auto t = Money::amountOf(tax);
+    const auto T = Money::amountOf(total);
     const qsizetype n = items.size();
-    double sum = 0;
-    for (const LineItem &item : items) {
-        if (const auto amount = Money::parse(item.amount))
-            sum += *amount;
-    }
+    const double sum = Doubts::itemsSum(items).value_or(0);
 
     if (!s) {
         if (T) {
@@ -75,7 +69,7 @@ void reconcile(Field &subtotal, Field &tax, Field &total, const QList<LineItem> 
                 write(subtotal, *T - *t);
             if (n == 0)
                 return;
-            if (agree(sum, *T))
+            if (withinACent(sum, *T))
                 raise(total, 0.95);
         } else if (n == 0) {
             return;
@@ -85,12 +79,12 @@ void reconcile(Field &subtotal, Field &tax, Field &total, const QList<LineItem> 
         return;
     }
 
-    if (n > 0 && agree(sum, *s))
+    if (n > 0 && withinACent(sum, *s))
         raise(subtotal, 0.95);
     if (t) {
         if (!T) {
             write(total, *s + *t);
-        } else if (agree(*s + *t, *T)) {
+        } else if (withinACent(*s + *t, *T)) {
             raise(subtotal, 0.97);
             raise(tax, 0.97);
             raise(total, 0.97);

@@ -1,10 +1,10 @@
 #include "Tax.h"
 
+#include "Keywords.h"
 #include "Patterns.h"
 #include "Vocabulary.h"
+#include "model/Doubts.h"
 #include "model/Money.h"
-
-#include <cmath>
 
 namespace Extractor {
 
@@ -40,69 +40,48 @@ struct TaxHit {
     bool isTaxTotal = false;
 };
 
-// Every base tax label holds one of these words (member lines are parts of the row text).
-bool mayHoldTaxLabel(const QString &text, RuleSet rules)
-{
-    return rules == RuleSet::Full ||
-           Patterns::mayContain(
-               text, {QLatin1StringView("tax"), QLatin1StringView("vat"), QLatin1StringView("gst"),
-                      QLatin1StringView("hst"), QLatin1StringView("pst"), QLatin1StringView("qst"),
-                      QLatin1StringView("iva"), QLatin1StringView("mwst"), QLatin1StringView("btw")});
-}
-
-bool isTaxRow(const Row &row, RuleSet rules)
+bool isTaxRow(const Row &row, const RuleFeatures &features)
 {
     const TaxPatterns &p = patterns();
-    if (p.taxLabel(rules).contains(row.text))
+    if (p.taxLabel(features).contains(row.text))
         return true;
     for (const TextLine &line : row.lines) {
-        if (p.taxLabel(rules).contains(line.text))
+        if (p.taxLabel(features).contains(line.text))
             return true;
     }
     return false;
 }
 
-bool agrees(double a, double b)
-{
-    return std::abs(a - b) < 0.011;
-}
+struct TaxChoice {
+    double amount = 0;
+    double confidence = 0;
+    PageBox box;
+};
 
 // The last tax-total row, else a single tax row, else the sum of several (separate state and city
 // taxes add up).
-Field chooseTax(const QList<TaxHit> &hits)
+std::optional<TaxChoice> chooseTax(const QList<TaxHit> &hits)
 {
-    Field field = emptyField(QStringLiteral("tax"), QStringLiteral("Tax"));
     if (hits.isEmpty())
-        return field;
+        return std::nullopt;
     for (auto it = hits.crbegin(); it != hits.crend(); ++it) {
-        if (it->isTaxTotal) {
-            field.value = Money::twoDecimals(it->amount);
-            field.confidence = 0.88;
-            field.box = it->box;
-            return field;
-        }
+        if (it->isTaxTotal)
+            return TaxChoice{it->amount, 0.88, it->box};
     }
-    if (hits.size() == 1) {
-        field.value = Money::twoDecimals(hits.first().amount);
-        field.confidence = 0.82;
-        field.box = hits.first().box;
-        return field;
-    }
+    if (hits.size() == 1)
+        return TaxChoice{hits.first().amount, 0.82, hits.first().box};
     double sum = 0;
     for (const TaxHit &hit : hits)
         sum += hit.amount;
-    field.value = Money::twoDecimals(sum);
-    field.confidence = 0.6;
-    field.box = hits.last().box;
-    return field;
+    return TaxChoice{sum, 0.6, hits.last().box};
 }
 
-// Full rules: a rate table ("Rate  Net  Tax" over "7 %  100,00  7,00" and "19 %  100,00  19,00"): the
-// amounts under the tax label in the rows below that each print a rate, summed and outlined together.
-// Nothing unless two or more such rows follow.
+// A rate table (RuleFeatures::rateTables: "Rate  Net  Tax" over "7 %  100,00  7,00" and "19 %  100,00
+// 19,00"): the amounts under the tax label in the rows below that each print a rate, summed and outlined
+// together. Nothing unless two or more such rows follow.
 std::optional<TaxHit> rateColumn(const Scan &scan, qsizetype index, const TextLine &label)
 {
-    if (scan.rules != RuleSet::Full)
+    if (!scan.features.rateTables)
         return std::nullopt;
     TaxHit hit;
     int rows = 0;
@@ -121,7 +100,7 @@ std::optional<TaxHit> rateColumn(const Scan &scan, qsizetype index, const TextLi
 
 // Several rates' taxes (7 % and 19 %) that add up to the tax subtotal and total imply: their sum,
 // outlined over all of them where they share a page.
-std::optional<Field> sumOfRates(const QList<TaxHit> &hits, double implied)
+std::optional<TaxChoice> sumOfRates(const QList<TaxHit> &hits, double implied)
 {
     double sum = 0;
     std::optional<PageBox> box;
@@ -134,33 +113,24 @@ std::optional<Field> sumOfRates(const QList<TaxHit> &hits, double implied)
         else if (box->page == hit.box.page)
             box->rect = unitedRect(box->rect, hit.box.rect);
     }
-    if (!box || !agrees(sum, implied))
+    if (!box || !Doubts::withinACent(sum, implied))
         return std::nullopt;
-    Field field = emptyField(QStringLiteral("tax"), QStringLiteral("Tax"));
-    field.value = Money::twoDecimals(sum);
-    field.confidence = 0.88;
-    field.box = box;
-    return field;
+    return TaxChoice{sum, 0.88, *box};
 }
 
 // The implied tax printed in a row that names a tax anywhere ("Gesamtbetrag Steuer:  100,83 €"), the
 // last such row: the arithmetic and the word together are the evidence.
-std::optional<Field> wordedAmount(const Scan &scan, double implied)
+std::optional<TaxChoice> wordedAmount(const Scan &scan, double implied)
 {
     const TaxPatterns &p = patterns();
     for (qsizetype i = scan.rows.size() - 1; i >= 0; --i) {
         const Row &row = scan.rows[i];
-        if (scan.amounts[i].isEmpty() || !p.taxWord(scan.rules).contains(row.text) ||
-            p.taxExclude(scan.rules).contains(row.text))
+        if (scan.amounts[i].isEmpty() || !p.taxWord(scan.features).contains(row.text) ||
+            p.taxExclude(scan.features).contains(row.text))
             continue;
         for (const Amount &amount : scan.amounts[i]) {
-            if (!agrees(amount.value, implied))
-                continue;
-            Field field = emptyField(QStringLiteral("tax"), QStringLiteral("Tax"));
-            field.value = Money::twoDecimals(amount.value);
-            field.confidence = 0.8;
-            field.box = row.box(amount.range);
-            return field;
+            if (Doubts::withinACent(amount.value, implied))
+                return TaxChoice{amount.value, 0.8, row.box(amount.range)};
         }
     }
     return std::nullopt;
@@ -177,39 +147,46 @@ Field findTax(const Scan &scan, std::optional<double> implied)
         if (isColumnLabelRow(scan, i)) {
             // Column labels over their amounts: each tax label takes the amount under it.
             for (const TextLine &line : row.lines) {
-                if (p.taxExclude(scan.rules).contains(line.text) ||
-                    !p.taxLabel(scan.rules).contains(line.text))
+                if (!Keywords::may(line.text, Keywords::TaxLabel, scan.features) ||
+                    p.taxExclude(scan.features).contains(line.text) ||
+                    !p.taxLabel(scan.features).contains(line.text))
                     continue;
                 if (const auto rates = rateColumn(scan, i, line))
                     hits.append(*rates);
                 else if (const auto near = amountBelow(scan, i, line))
-                    hits.append(TaxHit{near->value, near->box, p.taxTotal(scan.rules).contains(line.text)});
+                    hits.append(
+                        TaxHit{near->value, near->box, p.taxTotal(scan.features).contains(line.text)});
             }
             continue;
         }
-        if (scan.amounts[i].isEmpty() || !mayHoldTaxLabel(row.text, scan.rules) ||
-            p.taxExclude(scan.rules).contains(row.text) || !isTaxRow(row, scan.rules))
+        // Member lines are parts of the row text, so the row's words tell for them too.
+        if (scan.amounts[i].isEmpty() || !Keywords::may(row.text, Keywords::TaxLabel, scan.features) ||
+            p.taxExclude(scan.features).contains(row.text) || !isTaxRow(row, scan.features))
             continue;
         const Amount &last = scan.amounts[i].last();
-        hits.append(TaxHit{last.value, row.box(last.range), p.taxTotal(scan.rules).contains(row.text)});
+        hits.append(TaxHit{last.value, row.box(last.range), p.taxTotal(scan.features).contains(row.text)});
     }
-    Field field = chooseTax(hits);
-    const auto value = Money::parse(field.value);
-    if (!implied || !value || agrees(*value, *implied))
-        return field;
-    for (auto it = hits.crbegin(); it != hits.crend(); ++it) {
-        if (agrees(it->amount, *implied)) {
-            field.value = Money::twoDecimals(it->amount);
-            field.confidence = 0.85;
-            field.box = it->box;
-            return field;
+    std::optional<TaxChoice> choice = chooseTax(hits);
+    if (implied && choice && !Doubts::withinACent(choice->amount, *implied)) {
+        bool found = false;
+        for (auto it = hits.crbegin(); it != hits.crend() && !found; ++it) {
+            if (Doubts::withinACent(it->amount, *implied)) {
+                choice = TaxChoice{it->amount, 0.85, it->box};
+                found = true;
+            }
+        }
+        if (!found && scan.features.taxBySum) {
+            if (const auto byRates = sumOfRates(hits, *implied))
+                choice = byRates;
+            else if (const auto worded = wordedAmount(scan, *implied))
+                choice = worded;
         }
     }
-    if (scan.rules == RuleSet::Full) {
-        if (const auto byRates = sumOfRates(hits, *implied))
-            return *byRates;
-        if (const auto worded = wordedAmount(scan, *implied))
-            return *worded;
+    Field field = emptyField(QStringLiteral("tax"), QStringLiteral("Tax"));
+    if (choice) {
+        field.value = Money::twoDecimals(choice->amount);
+        field.confidence = choice->confidence;
+        field.box = choice->box;
     }
     return field;
 }

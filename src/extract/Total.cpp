@@ -1,5 +1,6 @@
 #include "Total.h"
 
+#include "Keywords.h"
 #include "Patterns.h"
 #include "Vocabulary.h"
 #include "model/Money.h"
@@ -35,26 +36,25 @@ const TotalPatterns &patterns()
     return Patterns::compiledOnce<TotalPatterns>();
 }
 
-// Every base total label holds one of these words; most rows are rejected here without a pattern.
-bool mayHoldTotalLabel(const QString &text, RuleSet rules)
+// A subtotal, a tax total and the like; with the receipt rules also a tax note, a stamp count, a
+// breakdown by rate and the payment rows.
+bool isNoTotal(const QString &text, const RuleFeatures &features)
 {
-    return rules == RuleSet::Full ||
-           Patterns::mayContain(
-               text, {QLatin1StringView("total"), QLatin1StringView("due"), QLatin1StringView("pay")});
+    const TotalPatterns &p = patterns();
+    return !Keywords::may(text, Keywords::TotalLabel, features) || p.notTotal(features).contains(text) ||
+           (features.receiptTotals && p.receiptNotTotal.contains(text));
 }
 
 // The base confidence of a total label in `text`: 0.92 for a grand total, 0.86 for an amount payable
-// after prepayments, 0.8 for a plain "Total"; 0 for no total label (or a subtotal, tax total and the like).
-double labelBase(const QString &text, RuleSet rules)
+// after prepayments, 0.8 for a plain "Total"; 0 for no total label.
+double labelBase(const QString &text, const RuleFeatures &features)
 {
     const TotalPatterns &p = patterns();
-    if (!mayHoldTotalLabel(text, rules) || p.notTotal(rules).contains(text))
-        return 0;
-    if (p.strongTotal(rules).contains(text))
+    if (p.strongTotal(features).contains(text))
         return 0.92;
-    if (p.amountPayable(rules).contains(text))
+    if (p.amountPayable(features).contains(text))
         return 0.86;
-    if (p.plainTotal(rules).contains(text))
+    if (p.plainTotal(features).contains(text))
         return 0.8;
     return 0;
 }
@@ -105,8 +105,15 @@ Field largestAmount(const Scan &scan, Field field)
 QList<TotalCandidate> totalCandidates(const Scan &scan)
 {
     const TotalPatterns &p = patterns();
+    const RuleFeatures &features = scan.features;
     QList<TotalCandidate> candidates;
     qsizetype best = -1;
+    const auto keepStrongest = [&](qsizetype from) {
+        for (qsizetype c = from; c < candidates.size(); ++c) {
+            if (best < 0 || candidates[c].confidence >= candidates[best].confidence)
+                best = c;
+        }
+    };
     for (qsizetype i = 0; i < scan.rows.size(); ++i) {
         const QString &text = scan.rows[i].text;
         if (isColumnLabelRow(scan, i)) {
@@ -114,93 +121,59 @@ QList<TotalCandidate> totalCandidates(const Scan &scan)
             // label has one is read as any other.
             const qsizetype before = candidates.size();
             for (const TextLine &line : scan.rows[i].lines) {
-                const double base =
-                    p.receiptNotTotal.contains(line.text) ? 0 : labelBase(line.text, scan.rules);
+                const double base = isNoTotal(line.text, features) ? 0 : labelBase(line.text, features);
                 if (const auto near = base > 0 ? amountBelow(scan, i, line) : std::nullopt)
                     candidates.append(TotalCandidate{near->value, base - 0.1, near->box, i});
             }
-            for (qsizetype c = before; c < candidates.size(); ++c) {
-                if (best < 0 || candidates[c].confidence >= candidates[best].confidence)
-                    best = c;
-            }
+            keepStrongest(before);
             if (candidates.size() > before)
                 continue;
         }
-        if (!mayHoldTotalLabel(text, scan.rules) || p.notTotal(scan.rules).contains(text) ||
-            p.receiptNotTotal.contains(text))
+        if (isNoTotal(text, features) || (scan.headerLike[i] && scan.amounts[i].isEmpty()))
             continue;
-        if (scan.headerLike[i] && scan.amounts[i].isEmpty())
-            continue;
-        const bool rounding = p.roundingLabel.contains(text);
-        double base = 0;
-        if (p.strongTotal(scan.rules).contains(text) || p.roundedTotal.contains(text))
+        double base = labelBase(text, features);
+        const bool rounding = features.receiptTotals && p.roundingLabel.contains(text);
+        const bool rounded = features.receiptTotals && p.roundedTotal.contains(text);
+        if (rounded)
             base = 0.92;
-        else if (p.amountPayable(scan.rules).contains(text))
-            base = 0.86;
-        else if (p.plainTotal(scan.rules).contains(text) || rounding)
+        else if (rounding && base == 0)
             base = 0.8;
-        else
-            continue;
-        if (base == 0.8 && !rounding && isSummaryRow(scan.amounts[i]))
+        if (base == 0 ||
+            (features.receiptTotals && base == 0.8 && !rounding && isSummaryRow(scan.amounts[i])))
             continue;
         const auto near = amountNear(scan, i);
-        if (!near || near->value == 0)
+        if (!near || (features.receiptTotals && near->value == 0))
             continue;
         const double confidence = near->fromNextRow ? base - 0.15 : base;
+        const qsizetype before = candidates.size();
         // A rounding adjustment makes the total before it the amount paid once added.
-        if (rounding && !p.roundedTotal.contains(text) && std::abs(near->value) < largestAdjustment) {
+        if (rounding && !rounded && std::abs(near->value) < largestAdjustment) {
             if (best >= 0)
                 candidates.append(TotalCandidate{candidates[best].value + near->value,
                                                  candidates[best].confidence, near->box, i});
         } else {
             candidates.append(TotalCandidate{near->value, confidence, near->box, i});
         }
-        if (!candidates.isEmpty() &&
-            (best < 0 || candidates.last().confidence >= candidates[best].confidence))
-            best = candidates.size() - 1;
+        keepStrongest(before);
     }
     return candidates;
 }
 
 Field findTotal(const Scan &scan)
 {
-    Field field = emptyField(QStringLiteral("total"), QStringLiteral("Total"));
-    if (scan.rules == RuleSet::Full) {
-        const QList<TotalCandidate> candidates = totalCandidates(scan);
-        if (const qsizetype best = strongest(candidates); best >= 0) {
-            field.value = Money::twoDecimals(candidates[best].value);
-            field.confidence = candidates[best].confidence;
-            field.box = candidates[best].box;
-            return field;
-        }
-        return largestAmount(scan, field);
-    }
+    return findTotal(scan, totalCandidates(scan));
+}
 
-    // Phase 1: labelled totals; ties go to the later row (a receipt's last "Total" is the final one).
-    std::optional<NearAmount> best;
-    double bestConfidence = 0;
-    for (qsizetype i = 0; i < scan.rows.size(); ++i) {
-        if (scan.headerLike[i] && scan.amounts[i].isEmpty())
-            continue;
-        const double base = labelBase(scan.rows[i].text, scan.rules);
-        if (base == 0)
-            continue;
-        const auto near = amountNear(scan, i);
-        if (!near)
-            continue;
-        const double confidence = near->fromNextRow ? base - 0.15 : base;
-        if (!best || confidence >= bestConfidence) {
-            best = near;
-            bestConfidence = confidence;
-        }
-    }
-    if (best) {
-        field.value = Money::twoDecimals(best->value);
-        field.confidence = bestConfidence;
-        field.box = best->box;
+Field findTotal(const Scan &scan, const QList<TotalCandidate> &candidates)
+{
+    Field field = emptyField(QStringLiteral("total"), QStringLiteral("Total"));
+    // Labelled totals first; ties go to the later row (a receipt's last "Total" is the final one).
+    if (const qsizetype best = strongest(candidates); best >= 0) {
+        field.value = Money::twoDecimals(candidates[best].value);
+        field.confidence = candidates[best].confidence;
+        field.box = candidates[best].box;
         return field;
     }
-
     return largestAmount(scan, field);
 }
 

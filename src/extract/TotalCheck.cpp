@@ -3,9 +3,10 @@
 
 #include "Regex.h"
 #include "Total.h"
+#include "model/Doubts.h"
 #include "model/Money.h"
 
-#include <cmath>
+#include <algorithm>
 
 namespace Extractor {
 
@@ -22,15 +23,7 @@ const PaymentPatterns &patterns()
     return Patterns::compiledOnce<PaymentPatterns>();
 }
 
-bool agree(double a, double b)
-{
-    return std::abs(a - b) < 0.011;
-}
-
-std::optional<double> valueOf(const Field &field)
-{
-    return field.value.isEmpty() ? std::nullopt : Money::parse(field.value);
-}
+using Doubts::withinACent;
 
 // The last amount of the last row with the label, if any.
 std::optional<double> lastLabelled(const Scan &scan, const Regex &label, qsizetype *row = nullptr)
@@ -53,13 +46,11 @@ QList<double> checks(const Scan &scan, const Field &subtotal, const Field &tax, 
     const auto change = lastLabelled(scan, patterns().changeLabel);
     if (cash && change && *cash > *change)
         out.append(*cash - *change);
-    const auto s = valueOf(subtotal);
-    const auto t = valueOf(tax);
+    const auto s = Money::amountOf(subtotal);
+    const auto t = Money::amountOf(tax);
     if (s && t)
         out.append(*s + *t);
-    double sum = 0;
-    for (const LineItem &item : items)
-        sum += Money::parse(item.amount).value_or(0);
+    const double sum = Doubts::itemsSum(items).value_or(0);
     // Items are listed net where a tax is printed: their sum alone is then the subtotal.
     if (sum > 0)
         out.append(t ? sum + *t : sum);
@@ -78,15 +69,20 @@ void set(Field &total, double value, double confidence, const PageBox &box)
 void checkTotal(const Scan &scan, const Field &subtotal, const Field &tax, const QList<LineItem> &items,
                 Field &total)
 {
+    checkTotal(scan, totalCandidates(scan), subtotal, tax, items, total);
+}
+
+void checkTotal(const Scan &scan, const QList<TotalCandidate> &candidates, const Field &subtotal,
+                const Field &tax, const QList<LineItem> &items, Field &total)
+{
     const PaymentPatterns &p = patterns();
     const QList<double> targets = checks(scan, subtotal, tax, items);
     if (targets.isEmpty())
         return;
-    const QList<TotalCandidate> candidates = totalCandidates(scan);
     for (const double target : targets) {
         const TotalCandidate *best = nullptr;
         for (const TotalCandidate &c : candidates) {
-            if (agree(c.value, target) && (!best || c.confidence >= best->confidence))
+            if (withinACent(c.value, target) && (!best || c.confidence >= best->confidence))
                 best = &c;
         }
         if (best) {
@@ -99,12 +95,12 @@ void checkTotal(const Scan &scan, const Field &subtotal, const Field &tax, const
         // was paid.
         const auto cash = lastLabelled(scan, p.cashLabel);
         const auto change = lastLabelled(scan, p.changeLabel);
-        if (cash && change && agree(*cash - *change, targets.first())) {
+        if (cash && change && withinACent(*cash - *change, targets.first())) {
             for (qsizetype i = 0; i < scan.rows.size(); ++i) {
                 if (p.cashLabel.contains(scan.rows[i].text) || p.changeLabel.contains(scan.rows[i].text))
                     continue;
                 for (const Amount &a : scan.amounts[i]) {
-                    if (agree(a.value, targets.first())) {
+                    if (withinACent(a.value, targets.first())) {
                         set(total, a.value, 0.75, scan.rows[i].box(a.range));
                         return;
                     }

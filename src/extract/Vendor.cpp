@@ -1,5 +1,6 @@
 #include "Vendor.h"
 
+#include "Keywords.h"
 #include "OrgTagger.h"
 #include "Patterns.h"
 #include "Regex.h"
@@ -62,22 +63,11 @@ const VendorPatterns &patterns()
     return Patterns::compiledOnce<VendorPatterns>();
 }
 
-// The cheap word tests below let most lines skip the anchored base patterns; the patterns still decide.
-bool mayBeSkipped(const QString &text, RuleSet rules)
+// The label words let most lines skip the anchored patterns; the patterns still decide.
+bool mayBeSkipped(const QString &text, const RuleFeatures &features)
 {
-    using W = QLatin1StringView;
-    if (rules == RuleSet::Full)
-        return patterns().vendorSkip(rules).contains(text);
-    return Patterns::mayContain(
-               text,
-               {W("#"),        W("tax"),      W("invoice"),  W("receipt"), W("statement"), W("credit"),
-                W("quot"),     W("estimate"), W("bill"),     W("ship"),    W("sold"),      W("customer"),
-                W("order"),    W("page"),     W("date"),     W("due"),     W("total"),     W("amount"),
-                W("descr"),    W("qty"),      W("quantit"),  W("tel"),     W("phone"),     W("fax"),
-                W("mail"),     W("web"),      W("www"),      W("http"),    W("thank"),     W("duplicate"),
-                W("original"), W("copy"),     W("purchase"), W("packing"), W("balance"),   W("account"),
-                W("ref"),      W("no"),       W("welcome"),  W("cashier"), W("server"),    W("table")}) &&
-           patterns().vendorSkip(rules).contains(text);
+    return Keywords::may(text, Keywords::VendorSkip, features) &&
+           patterns().vendorSkip(features).contains(text);
 }
 
 // An address needs a digit or a "Box"; the pattern is case-sensitive, so this test is exact.
@@ -87,12 +77,9 @@ bool mayBeAddress(const QString &text)
            patterns().addressLike.contains(text);
 }
 
-bool mayBeLabel(const QString &text, RuleSet rules)
+bool mayBeLabel(const QString &text, const RuleFeatures &features)
 {
-    using W = QLatin1StringView;
-    return rules == RuleSet::Full ||
-           Patterns::mayContain(text, {W("vendor"), W("supplier"), W("merchant"), W("payee"), W("sold"),
-                                       W("bill"), W("remit"), W("from")});
+    return Keywords::may(text, Keywords::VendorLabel, features);
 }
 
 // A name wrapped over lines: the next lines directly below, as tall, until one holds the legal form
@@ -141,7 +128,7 @@ CharCounts countChars(const QString &text)
 }
 
 // A short, letter-rich line that is neither a heading, a contact line nor an address.
-bool isCandidate(const TextLine &line, RuleSet rules)
+bool isCandidate(const TextLine &line, const RuleFeatures &features)
 {
     if (!(line.rect.top() < 0.45))
         return false;
@@ -153,7 +140,7 @@ bool isCandidate(const TextLine &line, RuleSet rules)
         return false;
     if (!(double(counts.digits) / double(std::max<qsizetype>(length, 1)) < 0.35))
         return false;
-    return !mayBeSkipped(line.text, rules) && !mayBeAddress(line.text);
+    return !mayBeSkipped(line.text, features) && !mayBeAddress(line.text);
 }
 
 // The value of a name field: the line's own text after the label, or the line to its right when the
@@ -179,10 +166,11 @@ std::optional<TextLine> nameFieldValue(const QList<TextLine> &page, const TextLi
 
 // The name under a seller heading: the first of the next few lines below it, in its column, that reads
 // as a name (a "Name:" field gives its value). A buyer's heading or another field ends the search.
-std::optional<Field> nameUnderHeading(const QList<TextLine> &page, RuleSet rules)
+std::optional<Field> nameUnderHeading(const QList<TextLine> &page, const RuleFeatures &features)
 {
     for (qsizetype h = 0; h < page.size(); ++h) {
-        if (!patterns().sellerHeading(rules).contains(page[h].text))
+        if (!Keywords::may(page[h].text, Keywords::SellerHeading, features) ||
+            !patterns().sellerHeading(features).contains(page[h].text))
             continue;
         const QRectF &heading = page[h].rect;
         int looked = 0;
@@ -199,7 +187,7 @@ std::optional<Field> nameUnderHeading(const QList<TextLine> &page, RuleSet rules
                 name = line;
             // Where on the page the name stands does not matter here: the heading placed it.
             const TextLine unplaced{name->text, QRectF(0, 0, name->rect.width(), name->rect.height()), 0};
-            if (!isCandidate(unplaced, rules))
+            if (!isCandidate(unplaced, features))
                 break;
             Field field = emptyField(QStringLiteral("vendor"), QStringLiteral("Vendor"));
             field.value = name->text.trimmed();
@@ -213,7 +201,7 @@ std::optional<Field> nameUnderHeading(const QList<TextLine> &page, RuleSet rules
 
 } // namespace
 
-Field findVendor(const QList<TextLine> &lines, RuleSet rules)
+Field findVendor(const QList<TextLine> &lines, const RuleFeatures &features)
 {
     const VendorPatterns &p = patterns();
     Field field = emptyField(QStringLiteral("vendor"), QStringLiteral("Vendor"));
@@ -226,9 +214,9 @@ Field findVendor(const QList<TextLine> &lines, RuleSet rules)
     std::stable_sort(firstPage.begin(), firstPage.end(), topThenLeft);
 
     for (const TextLine &line : firstPage) {
-        if (!mayBeLabel(line.text, rules))
+        if (!mayBeLabel(line.text, features))
             continue;
-        if (const auto m = p.vendorLabel(rules).match(line.text)) {
+        if (const auto m = p.vendorLabel(features).match(line.text)) {
             field.value = m->captured(line.text, 1).trimmed();
             field.confidence = 0.9;
             field.box = PageBox{0, line.rect};
@@ -236,20 +224,20 @@ Field findVendor(const QList<TextLine> &lines, RuleSet rules)
         }
     }
 
-    if (rules == RuleSet::Full) {
-        if (auto named = nameUnderHeading(firstPage, rules))
+    if (features.sellerHeadings) {
+        if (auto named = nameUnderHeading(firstPage, features))
             return *named;
     }
 
-    const bool full = rules == RuleSet::Full;
     QList<TextLine> candidates;
     double dividerTop = 2;
     for (qsizetype i = 0; i < firstPage.size(); ++i) {
         const TextLine &line = firstPage[i];
-        if (full && dividerTop > 1 && p.divider.contains(line.text))
+        if (features.customerBelowTitle && dividerTop > 1 && p.divider.contains(line.text))
             dividerTop = line.rect.top();
-        if (isCandidate(line, rules) && !(full && p.registrationLine.contains(line.text))) {
-            candidates.append(full ? joinWrapped(firstPage, i) : line);
+        if (isCandidate(line, features) &&
+            !(features.companyNames && p.registrationLine.contains(line.text))) {
+            candidates.append(features.companyNames ? joinWrapped(firstPage, i) : line);
             if (candidates.size() == maxCandidates)
                 break;
         }
@@ -278,9 +266,9 @@ Field findVendor(const QList<TextLine> &lines, RuleSet rules)
         // Lines without height (all zero) get no height bonus rather than a NaN confidence.
         if (maxH > 0)
             score += 2.0 * (candidates[i].rect.height() / maxH);
-        if (full && p.legalForm.contains(text))
+        if (features.companyNames && p.legalForm.contains(text))
             score += 1.0;
-        if (full && orgAboveDivider && candidates[i].rect.top() > dividerTop)
+        if (features.customerBelowTitle && orgAboveDivider && candidates[i].rect.top() > dividerTop)
             score -= 10.0;
         if (best < 0 || score > bestScore) {
             best = i;

@@ -165,6 +165,21 @@ RulePattern::RulePattern(const QString &pattern, bool caseInsensitive)
 }
 
 RulePattern::RulePattern(const QString &core, const QString &full, bool caseInsensitive)
-    : m_core(core, caseInsensitive), m_full(Vocabulary::expand(full, RuleSet::Full), caseInsensitive)
+    : m_caseInsensitive(caseInsensitive)
 {
+    m_core.text = core;
+    m_full.text = full;
+}
+
+RulePattern::~RulePattern() = default;
+
+const Regex &RulePattern::operator()(const RuleFeatures &features) const
+{
+    const bool core = features.rules == RuleSet::Core;
+    const Form &form = core ? m_core : m_full;
+    std::call_once(form.once, [&] {
+        form.regex = std::make_unique<Regex>(core ? form.text : Vocabulary::expand(form.text, RuleSet::Full),
+                                             m_caseInsensitive);
+    });
+    return *form.regex;
 }

@@ -1,11 +1,14 @@
 #pragma once
 
 #include "Regex.h"
+#include "RuleFeatures.h"
 #include "model/RuleSet.h"
 
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <memory>
+#include <mutex>
 
 /// Label words of other languages than English, one data file per language (vocabularies/xx.json),
 /// added by the full rules to the built-in patterns as further alternatives. Adding a language is adding
@@ -47,16 +50,27 @@ QString expand(const QString &pattern, RuleSet rules);
 
 } // namespace Vocabulary
 
-/// A built-in pattern under both rule sets, compiled once: the base pattern for the core rules and the
-/// pattern with the active vocabularies' words for the full rules (see Vocabulary::expand).
+/// A built-in pattern under both rule sets: the base pattern for the core rules and the pattern with
+/// the active vocabularies' words for the full rules (see Vocabulary::expand). Each form is expanded and
+/// compiled on its first use (thread-safe), so a rule set never pays for the other's form.
 class RulePattern {
 public:
     explicit RulePattern(const QString &pattern, bool caseInsensitive = true);
     /// A base pattern and a differently shaped full one (which may hold placeholders).
     RulePattern(const QString &core, const QString &full, bool caseInsensitive = true);
-    const Regex &operator()(RuleSet rules) const { return rules == RuleSet::Core ? m_core : m_full; }
+    RulePattern(const RulePattern &) = delete;
+    RulePattern &operator=(const RulePattern &) = delete;
+    ~RulePattern();
+
+    const Regex &operator()(const RuleFeatures &features) const;
 
 private:
-    Regex m_core;
-    Regex m_full;
+    struct Form {
+        QString text; ///< the core form as compiled; the full form before expansion
+        mutable std::once_flag once;
+        mutable std::unique_ptr<Regex> regex;
+    };
+    Form m_core;
+    Form m_full;
+    bool m_caseInsensitive;
 };

@@ -11,7 +11,7 @@ std::optional<double> amount(const QList<Field> &fields, const char *key)
 {
     for (const Field &f : fields) {
         if (f.key == QLatin1String(key))
-            return Money::parse(f.value);
+            return Money::amountOf(f);
     }
     return std::nullopt;
 }

@@ -94,6 +94,11 @@ QString formatQuantity(double quantity)
     return text;
 }
 
+std::optional<double> amountOf(const Field &field)
+{
+    return field.value.isEmpty() ? std::nullopt : parse(field.value);
+}
+
 QString twoDecimals(double value)
 {
     return printfFixed(value, 2);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Field.h"
+
 #include <QLocale>
 #include <QString>
 #include <optional>
@@ -19,6 +21,9 @@ QString pretty(double value);
 /// Compact quantity text: whole numbers without a point, otherwise up to three decimals.
 /// `quantity` must be finite and fit a 64-bit integer when rounded.
 QString formatQuantity(double quantity);
+
+/// The amount a field holds (parse of its value); nothing when the field is empty or holds no number.
+std::optional<double> amountOf(const Field &field);
 
 /// The machine form of extracted amounts: two decimals, a point, no grouping, whatever the locale.
 QString twoDecimals(double value);

@@ -1,22 +1,11 @@
 #include "Store.h"
 
-#include "export/Csv.h"
-#include "export/ExportFormat.h"
 #include "export/ExportText.h"
 #include "export/SaveFile.h"
-#include "extract/CustomField.h"
 #include "intake/SupportedFiles.h"
 #include "model/CustomFieldCodec.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QFutureWatcher>
-#include <QStandardPaths>
-#include <QtConcurrent/QtConcurrentRun>
 #include <algorithm>
-#include <tuple>
 
 namespace {
 
@@ -27,72 +16,49 @@ const char *const jsonFilter = "JSON (*.json)";
 Store::Store(QObject *parent) : Store(StoreOptions{}, parent) {}
 
 Store::Store(StoreOptions options, QObject *parent)
-    : QObject(parent), m_loader(std::move(options.loader)), m_ui(options.ui),
-      m_customFields(options.dataFolder.isEmpty() ? CustomFieldCodec::defaultFolder() : options.dataFolder)
+    : QObject(parent), m_ui(options.ui),
+      m_customFields(options.dataFolder.isEmpty() ? CustomFieldCodec::defaultFolder() : options.dataFolder),
+      m_batch(std::move(options.loader), [this] { return customFields(); }),
+      m_exports(m_batch, m_customFields)
 {
-    if (!m_loader)
-        m_loader = Processing::pipelineLoader();
-    m_pool.setMaxThreadCount(1);
-    m_pool.setExpiryTimeout(-1);
-    m_syncPool.setMaxThreadCount(1);
+    m_exports.setUi(m_ui);
+    connect(&m_batch, &Batch::docsChanged, this, [this] {
+        emit docsChanged();
+        emit changed();
+    });
+    connect(&m_batch, &Batch::docChanged, this, [this](DocItem *doc) {
+        emit docChanged(doc);
+        emit changed();
+    });
+    connect(&m_batch, &Batch::slowPatterns, this, &Store::noteSlowPatterns);
+    connect(&m_sync, &CustomFieldSync::finished, this, &Store::noteSlowPatterns);
 }
 
-Store::~Store()
+Store::~Store() = default;
+
+void Store::setUi(StoreUi *ui)
 {
-    // The running document, if any, is finished before the pool goes; its result is dropped unseen.
-    for (const QMetaObject::Connection &connection : std::as_const(m_subscriptions))
-        disconnect(connection);
-    m_pool.waitForDone();
-    m_syncPool.waitForDone();
+    m_ui = ui;
+    m_exports.setUi(ui);
 }
 
-DocPtr Store::doc(const QUuid &id) const
+void Store::tell(const QString &message)
 {
-    if (id.isNull())
-        return nullptr;
-    for (const DocPtr &d : m_docs) {
-        if (d->id() == id)
-            return d;
-    }
-    return nullptr;
+    if (!message.isEmpty())
+        setAlertText(message);
 }
 
 // ---- The batch --------------------------------------------------------------------------------------
 
 void Store::add(const QStringList &paths)
 {
-    QList<Pipeline::Found> found = Pipeline::expandReporting(paths);
-    // The window reads what it can; a location that cannot be read is passed over.
-    found.removeIf([](const Pipeline::Found &file) { return !file.error.isEmpty(); });
-    if (found.isEmpty()) {
+    const Batch::Added added = m_batch.add(paths);
+    if (!added.foundAny) {
         setAlertText(Pipeline::noSupportedFilesMessage());
         return;
     }
-
-    QSet<QString> known;
-    for (const DocPtr &d : std::as_const(m_docs))
-        known.insert(Pipeline::standardPath(d->path()));
-
-    DocPtr firstNew;
-    for (const Pipeline::Found &file : Pipeline::withoutRepeats(found, known)) {
-        auto d = std::make_shared<DocItem>(QFileInfo(file.path).absoluteFilePath());
-        DocItem *raw = d.get();
-        m_subscriptions.insert(d->id(), connect(raw, &DocItem::changed, this, [this, raw] {
-                                   emit docChanged(raw);
-                                   emit changed();
-                               }));
-        m_docs.append(d);
-        if (!firstNew)
-            firstNew = d;
-    }
-    if (firstNew) {
-        emit docsChanged();
-        emit changed();
-        if (m_selectedID.isNull())
-            setSelectedID(firstNew->id());
-    }
-    if (!m_processing)
-        startProcessing();
+    if (added.firstNew && m_selectedID.isNull())
+        setSelectedID(added.firstNew->id());
 }
 
 bool Store::handleDrop(const QList<QUrl> &urls)
@@ -122,43 +88,29 @@ void Store::openPanel()
 
 void Store::reprocess(const DocPtr &doc)
 {
-    if (!doc)
-        return;
-    doc->setApproved(false);
-    doc->setStatus(DocStatus::Queued);
-    doc->setProgress(0.0);
-    if (!m_processing)
-        startProcessing();
+    m_batch.reprocess(doc);
 }
 
 void Store::remove(const DocPtr &doc)
 {
-    const qsizetype i = m_docs.indexOf(doc);
+    const qsizetype i = docs().indexOf(doc);
     if (!doc || i < 0)
         return;
     if (m_selectedID == doc->id()) {
-        if (i + 1 < m_docs.size())
-            setSelectedID(m_docs[i + 1]->id());
+        if (i + 1 < docs().size())
+            setSelectedID(docs()[i + 1]->id());
         else if (i > 0)
-            setSelectedID(m_docs[i - 1]->id());
+            setSelectedID(docs()[i - 1]->id());
         else
             setSelectedID(QUuid());
     }
-    disconnect(m_subscriptions.take(doc->id()));
-    m_docs.removeAt(i);
-    emit docsChanged();
-    emit changed();
+    m_batch.remove(doc);
 }
 
 void Store::clearAll()
 {
-    for (const QMetaObject::Connection &connection : std::as_const(m_subscriptions))
-        disconnect(connection);
-    m_subscriptions.clear();
-    m_docs.clear();
-    m_exported.clear();
-    emit docsChanged();
-    emit changed();
+    m_exports.forget();
+    m_batch.clear();
     setSelectedID(QUuid());
 }
 
@@ -180,7 +132,7 @@ QString documents(qsizetype count)
 
 bool Store::hasWorkToLose() const
 {
-    return std::any_of(m_docs.cbegin(), m_docs.cend(),
+    return std::any_of(docs().cbegin(), docs().cend(),
                        [](const DocPtr &d) { return d->approved() || hasHandEdits(*d); });
 }
 
@@ -212,17 +164,6 @@ void Store::reprocessAsking(const DocPtr &doc)
     reprocess(doc);
 }
 
-QList<DocPtr> Store::unexportedApproved() const
-{
-    QList<DocPtr> docs;
-    for (const DocPtr &d : approvedDocs()) {
-        const auto exported = m_exported.constFind(d->id());
-        if (exported == m_exported.cend() || exported->fields != d->fields() || exported->items != d->items())
-            docs.append(d);
-    }
-    return docs;
-}
-
 bool Store::mayQuit()
 {
     const qsizetype count = unexportedApproved().size();
@@ -232,83 +173,6 @@ bool Store::mayQuit()
                            (count == 1 ? QStringLiteral(" has") : QStringLiteral(" have")) +
                            QStringLiteral(" not been exported since the last change. Quitting loses them.");
     return m_ui && m_ui->confirm(QStringLiteral("Quit without exporting?"), detail, QStringLiteral("Quit"));
-}
-
-void Store::markExported()
-{
-    // The clipboard does not count: on X11 its contents leave with the program.
-    for (const DocPtr &d : approvedDocs())
-        m_exported.insert(d->id(), {d->fields(), d->items()});
-}
-
-void Store::startProcessing()
-{
-    m_processing = true;
-    // The loop starts from the event loop, as a task of its own, not inside the caller.
-    QMetaObject::invokeMethod(this, &Store::processNext, Qt::QueuedConnection);
-}
-
-void Store::processNext()
-{
-    // The list is read afresh for every document, so additions, removals and re-reads are picked up.
-    for (const DocPtr &d : std::as_const(m_docs)) {
-        if (d->status().kind() == DocStatus::Queued) {
-            process(d);
-            return;
-        }
-    }
-    m_processing = false;
-}
-
-void Store::process(const DocPtr &doc)
-{
-    doc->setStatus(DocStatus::Reading);
-    doc->setProgress(0.02);
-
-    // Reports are posted to the main thread without waiting and hold the document weakly: the task
-    // must never own (and so never destroy) a DocItem.
-    std::weak_ptr<DocItem> weak = doc;
-    Pipeline::Report report = [weak](DocStatus::Kind status, double progress) {
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [weak, status, progress] {
-                const DocPtr d = weak.lock();
-                // A report that arrives after the document left the in-progress statuses is stale.
-                if (!d || !d->status().isInProgress())
-                    return;
-                d->setProgress(progress);
-                d->setStatus(status);
-            },
-            Qt::QueuedConnection);
-    };
-
-    using Result = Expected<Processing::Loaded>;
-    auto *watcher = new QFutureWatcher<Result>(this);
-    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, doc] {
-        watcher->deleteLater();
-        finish(doc, watcher->result());
-    });
-    watcher->setFuture(QtConcurrent::run(
-        &m_pool, [path = doc->path(), snapshot = customFields(), report, loader = m_loader] {
-            return Processing::run(path, snapshot, report, loader);
-        }));
-}
-
-void Store::finish(const DocPtr &doc, Expected<Processing::Loaded> result)
-{
-    if (auto *loaded = std::get_if<Processing::Loaded>(&result)) {
-        doc->pages = std::move(loaded->pages);
-        doc->rows = std::move(loaded->extraction.rows);
-        doc->setFields(loaded->extraction.fields);
-        doc->setItems(loaded->extraction.items);
-        doc->setProgress(1.0);
-        doc->setStatus(DocStatus::Ready);
-        noteSlowPatterns(loaded->extraction.slowPatterns);
-    } else {
-        doc->setProgress(1.0);
-        doc->setStatus(DocStatus::failed(std::get<TabrixError>(result).message));
-    }
-    processNext();
 }
 
 // ---- Review -----------------------------------------------------------------------------------------
@@ -322,8 +186,8 @@ qsizetype Store::currentIndex() const
 {
     if (m_selectedID.isNull())
         return -1;
-    for (qsizetype i = 0; i < m_docs.size(); ++i) {
-        if (m_docs[i]->id() == m_selectedID)
+    for (qsizetype i = 0; i < docs().size(); ++i) {
+        if (docs()[i]->id() == m_selectedID)
             return i;
     }
     return -1;
@@ -332,17 +196,7 @@ qsizetype Store::currentIndex() const
 DocPtr Store::selected() const
 {
     const qsizetype i = currentIndex();
-    return i < 0 ? nullptr : m_docs[i];
-}
-
-QList<DocPtr> Store::approvedDocs() const
-{
-    QList<DocPtr> approved;
-    for (const DocPtr &d : m_docs) {
-        if (d->approved())
-            approved.append(d);
-    }
-    return approved;
+    return i < 0 ? nullptr : docs()[i];
 }
 
 bool Store::canGoPrevious() const
@@ -353,7 +207,7 @@ bool Store::canGoPrevious() const
 bool Store::canGoNext() const
 {
     const qsizetype i = currentIndex();
-    return i >= 0 && i < m_docs.size() - 1;
+    return i >= 0 && i < docs().size() - 1;
 }
 
 QString Store::position() const
@@ -361,15 +215,15 @@ QString Store::position() const
     const qsizetype i = currentIndex();
     if (i < 0)
         return QString();
-    return QString::number(i + 1) + QStringLiteral(" of ") + QString::number(m_docs.size());
+    return QString::number(i + 1) + QStringLiteral(" of ") + QString::number(docs().size());
 }
 
 void Store::move(int delta)
 {
-    if (m_docs.isEmpty())
+    if (docs().isEmpty())
         return;
-    const qsizetype target = std::clamp<qsizetype>(currentIndex() + delta, 0, m_docs.size() - 1);
-    setSelectedID(m_docs[target]->id());
+    const qsizetype target = std::clamp<qsizetype>(currentIndex() + delta, 0, docs().size() - 1);
+    setSelectedID(docs()[target]->id());
     setHighlightKey(QString());
 }
 
@@ -384,7 +238,7 @@ void Store::approveAndNext()
 
 void Store::approveAllReady()
 {
-    for (const DocPtr &d : std::as_const(m_docs)) {
+    for (const DocPtr &d : docs()) {
         if (d->status().kind() == DocStatus::Ready)
             d->setApproved(true);
     }
@@ -412,71 +266,24 @@ void Store::setLayout(RowLayout layout)
     assign(m_layout, layout, &Store::layoutChanged);
 }
 
-QList<DocRecord> Store::approvedRecords() const
-{
-    QList<DocRecord> records;
-    for (const DocPtr &d : approvedDocs())
-        records.append(d->record());
-    return records;
-}
-
-bool Store::save(const QString &name, const QString &filter,
-                 const std::function<std::optional<TabrixError>(const QString &path)> &write)
-{
-    if (!m_ui)
-        return false;
-    const QString path = m_ui->chooseFileToSave(name, filter);
-    if (path.isEmpty())
-        return false;
-    if (const auto error = write(path)) {
-        setAlertText(ExportText::exportFailed(error->message));
-        return false;
-    }
-    return true;
-}
-
-void Store::exportAs(ExportFormat format, const QString &name, const QString &filter)
-{
-    // Taken before the dialog opens: the file holds the documents as they were when asked for.
-    const QList<DocRecord> docs = approvedRecords();
-    if (docs.isEmpty()) {
-        setAlertText(ExportText::nothingApproved());
-        return;
-    }
-    if (save(name, filter, [&](const QString &path) -> std::optional<TabrixError> {
-            const Expected<QByteArray> bytes = Exporter::exportBytes(format, m_layout, docs, customFields());
-            if (const auto *error = std::get_if<TabrixError>(&bytes))
-                return *error;
-            return Exporter::saveFile(path, std::get<QByteArray>(bytes));
-        }))
-        markExported();
-}
-
 void Store::exportCSV()
 {
-    exportAs(ExportFormat::csv, ExportText::csvFileName(m_layout), QStringLiteral("CSV (*.csv)"));
+    tell(m_exports.exportAs(ExportFormat::csv, m_layout));
 }
 
 void Store::copyTSV()
 {
-    const QList<DocRecord> docs = approvedRecords();
-    if (docs.isEmpty()) {
-        setAlertText(ExportText::nothingApproved());
-        return;
-    }
-    if (m_ui)
-        m_ui->setClipboardText(Exporter::tsv(Exporter::table(m_layout, docs, customFields())));
-    setAlertText(ExportText::copied(docs.size()));
+    tell(m_exports.copyTSV(m_layout));
 }
 
 void Store::exportJSON()
 {
-    exportAs(ExportFormat::json, ExportText::jsonFileName(), QString::fromLatin1(jsonFilter));
+    tell(m_exports.exportAs(ExportFormat::json, m_layout));
 }
 
 void Store::exportXLSX()
 {
-    exportAs(ExportFormat::xlsx, ExportText::xlsxFileName(), QStringLiteral("Excel workbook (*.xlsx)"));
+    tell(m_exports.exportAs(ExportFormat::xlsx, m_layout));
 }
 
 // ---- Custom field definitions -----------------------------------------------------------------------
@@ -490,96 +297,7 @@ void Store::setCustomFields(const QList<CustomFieldDef> &defs)
 
 void Store::syncCustomFields()
 {
-    const int generation = ++m_syncGeneration;
-    // Per document, the patterns to match afresh; their fields wait as placeholders without source.
-    QList<std::tuple<std::weak_ptr<DocItem>, QList<Row>, QList<CustomFieldDef>>> work;
-    for (const DocPtr &d : std::as_const(m_docs)) {
-        if (d->status().kind() != DocStatus::Ready)
-            continue;
-        QList<Field> fields;
-        for (const Field &f : d->fields()) {
-            if (!f.isCustom)
-                fields.append(f);
-        }
-        QList<CustomFieldDef> fresh;
-        for (const CustomFieldDef &def : customFields()) {
-            const QString key = uuidText(def.id);
-            const QString label = def.name.isEmpty() ? QStringLiteral("Custom field") : def.name;
-            const QString source = Extractor::customSource(def);
-            const auto existing = std::find_if(d->fields().cbegin(), d->fields().cend(), [&](const Field &f) {
-                return f.isCustom && f.key == key && f.source == source;
-            });
-            if (existing != d->fields().cend()) {
-                // Same definition, maybe renamed: keep the value and any hand correction.
-                Field kept = *existing;
-                kept.label = label;
-                fields.append(kept);
-            } else if (!def.isRegex) {
-                fields.append(Extractor::extractCustom(def, d->rows)); // a keyword search is linear
-            } else {
-                Field placeholder = emptyField(key, label);
-                placeholder.isCustom = true;
-                fields.append(placeholder);
-                fresh.append(def);
-            }
-        }
-        d->setFields(fields);
-        if (!fresh.isEmpty())
-            work.append({d, d->rows, fresh});
-    }
-    // A sync still running for earlier definitions is superseded: its result is dropped on arrival.
-    m_syncing = !work.isEmpty();
-    if (work.isEmpty())
-        return;
-
-    auto *watcher = new QFutureWatcher<std::pair<SyncResult, QList<QUuid>>>(this);
-    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, generation] {
-        watcher->deleteLater();
-        const auto [fields, slow] = watcher->result();
-        if (generation != m_syncGeneration)
-            return; // a later sync has replaced these definitions
-        m_syncing = false;
-        applySync(fields);
-        noteSlowPatterns(slow);
-    });
-    watcher->setFuture(QtConcurrent::run(&m_syncPool, [work = std::move(work)] {
-        std::pair<SyncResult, QList<QUuid>> result;
-        for (const auto &[doc, rows, defs] : work) {
-            QList<Field> fields;
-            for (const CustomFieldDef &def : defs) {
-                bool abandoned = false;
-                fields.append(Extractor::extractCustom(def, rows, &abandoned));
-                if (abandoned)
-                    result.second.append(def.id);
-            }
-            result.first.append({doc, fields});
-        }
-        return result;
-    }));
-}
-
-void Store::applySync(const SyncResult &results)
-{
-    for (const auto &[weak, extracted] : results) {
-        const DocPtr d = weak.lock();
-        // A document read again or removed meanwhile has its own fields now.
-        if (!d || d->status().kind() != DocStatus::Ready)
-            continue;
-        QList<Field> fields = d->fields();
-        bool replaced = false;
-        for (Field &f : fields) {
-            if (!f.isCustom || !f.source.isEmpty())
-                continue;
-            const auto found = std::find_if(extracted.cbegin(), extracted.cend(),
-                                            [&](const Field &e) { return e.key == f.key; });
-            if (found != extracted.cend()) {
-                f = *found;
-                replaced = true;
-            }
-        }
-        if (replaced)
-            d->setFields(fields);
-    }
+    m_sync.sync(docs(), customFields());
 }
 
 void Store::noteSlowPatterns(const QList<QUuid> &ids)

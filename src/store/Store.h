@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Batch.h"
 #include "BatchSummary.h"
 #include "CustomFieldSettings.h"
+#include "CustomFieldSync.h"
 #include "DocPtr.h"
+#include "Exports.h"
 #include "StoreUi.h"
-#include "export/ExportFormat.h"
 #include "intake/Processing.h"
 
 #include <QHash>
@@ -13,10 +15,8 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
-#include <QThreadPool>
 #include <QUrl>
 #include <QUuid>
-#include <functional>
 
 /// How a Store is wired to the world. The defaults are the desktop application's.
 struct StoreOptions {
@@ -30,13 +30,12 @@ struct StoreOptions {
     StoreUi *ui = nullptr;
 };
 
-/// The application's state: the batch of documents and its processing loop, review navigation and
-/// approval, likely duplicates and currency totals, custom field definitions and the exports.
+/// The application's state as the window sees it: a thin front over the batch and its processing loop
+/// (Batch), the exports (Exports) and the custom-field re-sync (CustomFieldSync), holding what only the
+/// window needs (selection, highlight, drag state, the alert) and asking before work could be lost.
 ///
-/// Lives on the main thread and is used from there only. Documents are read one at a time by a
-/// background task that sees just the file path, a snapshot of the custom field definitions and a
-/// progress callback; its result comes back whole to the main thread. Messages for the user (refused
-/// drops, import errors, export results) are set as alertText, which the window shows and clears.
+/// Lives on the main thread and is used from there only. Messages for the user (refused drops, import
+/// errors, export results) are set as alertText, which the window shows and clears.
 ///
 /// Signals: every change to the store or to any of its documents emits changed(); the finer signals
 /// say what changed, for views that redraw selectively. All are emitted after the change.
@@ -48,16 +47,16 @@ public:
     ~Store() override;
 
     /// Replaces the dialog and clipboard provider (not owned; null: dialogs cancel).
-    void setUi(StoreUi *ui) { m_ui = ui; }
+    void setUi(StoreUi *ui);
 
     // ---- The batch ----------------------------------------------------------------------------------
 
     /// The documents in the order they were added.
-    const QList<DocPtr> &docs() const { return m_docs; }
+    const QList<DocPtr> &docs() const { return m_batch.docs(); }
     /// The document with this id, or null.
-    DocPtr doc(const QUuid &id) const;
+    DocPtr doc(const QUuid &id) const { return m_batch.doc(id); }
     /// True while the processing loop runs (from add/reprocess until no document is queued).
-    bool isProcessing() const { return m_processing; }
+    bool isProcessing() const { return m_batch.isProcessing(); }
 
     /// Adds files and folders: expands them (Pipeline::expandReporting, passing over what cannot be
     /// read), skips files already in the batch (Pipeline::withoutRepeats
@@ -95,7 +94,7 @@ public:
     /// reprocess(), after asking when the document holds a hand-corrected field or line item.
     void reprocessAsking(const DocPtr &doc);
     /// Approved documents that no export to a file has written as they are now, in batch order.
-    QList<DocPtr> unexportedApproved() const;
+    QList<DocPtr> unexportedApproved() const { return m_exports.unexportedApproved(); }
     /// Whether the application may quit now: asks when unexportedApproved() is not empty.
     bool mayQuit();
 
@@ -107,7 +106,7 @@ public:
     /// The selected document, or null.
     DocPtr selected() const;
     /// The approved documents in batch order: what every export writes.
-    QList<DocPtr> approvedDocs() const;
+    QList<DocPtr> approvedDocs() const { return m_batch.approvedDocs(); }
     bool canGoPrevious() const;
     bool canGoNext() const;
     /// "3 of 10" for the third of ten documents; empty when nothing (existing) is selected.
@@ -131,13 +130,13 @@ public:
     // ---- Batch summary ------------------------------------------------------------------------------
 
     /// Ids of ready documents that share vendor, number and total with another ready document.
-    QSet<QUuid> duplicateIDs() const { return BatchSummary::duplicateIDs(m_docs); }
+    QSet<QUuid> duplicateIDs() const { return BatchSummary::duplicateIDs(docs()); }
     /// Per-currency sums over the ready documents, sorted by currency.
-    QList<CurrencyTotals> currencyTotals() const { return BatchSummary::currencyTotals(m_docs); }
+    QList<CurrencyTotals> currencyTotals() const { return BatchSummary::currencyTotals(docs()); }
     /// Ids of ready documents whose amounts are in doubt.
-    QSet<QUuid> flaggedIDs() const { return BatchSummary::flaggedIDs(m_docs); }
+    QSet<QUuid> flaggedIDs() const { return BatchSummary::flaggedIDs(docs()); }
     /// Flagged documents per currency (as currencyTotals names them).
-    QMap<QString, qsizetype> flaggedPerCurrency() const { return BatchSummary::flaggedPerCurrency(m_docs); }
+    QMap<QString, qsizetype> flaggedPerCurrency() const { return BatchSummary::flaggedPerCurrency(docs()); }
 
     // ---- Messages -----------------------------------------------------------------------------------
 
@@ -181,7 +180,7 @@ public:
     /// true meanwhile), so a slow pattern never blocks the caller.
     void syncCustomFields();
     /// True while a sync's extraction runs in the background.
-    bool isSyncing() const { return m_syncing; }
+    bool isSyncing() const { return m_sync.isSyncing(); }
     /// The source tags (Extractor::customSource) of definitions whose pattern hit its matching bound on
     /// at least one document, which the editor shows as too slow.
     const QSet<QString> &slowPatterns() const { return m_customFields.slowPatterns(); }
@@ -206,49 +205,22 @@ signals:
     void layoutChanged();
 
 private:
-    void startProcessing();
-    void processNext();
-    void process(const DocPtr &doc);
-    void finish(const DocPtr &doc, Expected<Processing::Loaded> result);
-    using SyncResult = QList<std::pair<std::weak_ptr<DocItem>, QList<Field>>>;
-    void applySync(const SyncResult &fields);
     void noteSlowPatterns(const QList<QUuid> &ids);
     qsizetype currentIndex() const;
-    /// What every export writes: the approved documents in batch order.
-    QList<DocRecord> approvedRecords() const;
-    /// Asks where to save the approved documents in `format` (proposing `name`, offering `filter`) and writes
-    /// them.
-    void exportAs(ExportFormat format, const QString &name, const QString &filter);
-    /// Asks for a location (proposing `name`) and runs `write` on it; a failure becomes the alert.
-    /// Returns true when the file was written.
-    bool save(const QString &name, const QString &filter,
-              const std::function<std::optional<TabrixError>(const QString &path)> &write);
+    /// Shows an action's message, when it has one.
+    void tell(const QString &message);
 
-    Processing::Loader m_loader;
     StoreUi *m_ui = nullptr;
+    CustomFieldSettings m_customFields;
+    Batch m_batch;
+    Exports m_exports;
+    CustomFieldSync m_sync;
 
-    QList<DocPtr> m_docs;
     QUuid m_selectedID;
     QString m_highlightKey;
     bool m_isTargeted = false;
     QString m_alertText;
     RowLayout m_layout = RowLayout::perDocument;
-    CustomFieldSettings m_customFields;
-    QHash<QUuid, QMetaObject::Connection> m_subscriptions;
-    /// Per document, its fields and items as the last export to a file wrote them.
-    struct Exported {
-        QList<Field> fields;
-        QList<LineItem> items;
-    };
-    QHash<QUuid, Exported> m_exported;
-    void markExported();
-    bool m_processing = false;
-    // One worker thread kept alive, so per-thread engines (text recognition) are set up once.
-    QThreadPool m_pool;
-    // Re-extraction after the definitions change; only the latest sync's result is applied.
-    QThreadPool m_syncPool;
-    int m_syncGeneration = 0;
-    bool m_syncing = false;
 
     /// Sets `member` to `value`; when that changes it, emits `signal` and then changed().
     template <class T> void assign(T &member, const T &value, void (Store::*signal)())

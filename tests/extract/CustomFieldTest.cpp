@@ -93,3 +93,43 @@ TEST(CustomField, SlowPatternIsAbandoned)
 }
 
 } // namespace
+
+namespace {
+
+// Re-syncing keeps built-in fields and a current custom field with its hand correction (relabelled),
+// searches a keyword at once, leaves a changed pattern as a pending placeholder, drops a deleted
+// definition; fillPending then puts the match into that placeholder and nothing else.
+TEST(CustomField, ResyncAndFillPending)
+{
+    const QList<Row> rows = rowsOf({"Ref PO-1234", "Project: Apollo"});
+    CustomFieldDef kept = def(QStringLiteral("Ref"), false);
+    CustomFieldDef changed = def(QStringLiteral("Project"), false, QStringLiteral("Project"));
+    const CustomFieldDef deleted = def(QStringLiteral("Gone"), false);
+    const CustomFieldDef added = def(QStringLiteral("Project"), false, QStringLiteral("Added"));
+    Field corrected = Extractor::extractCustom(kept, rows);
+    corrected.value = QStringLiteral("typed");
+    corrected.edited = true;
+    const Field builtIn = emptyField(QStringLiteral("total"), QStringLiteral("Total"));
+    const QList<Field> before = {builtIn, corrected, Extractor::extractCustom(changed, rows),
+                                 Extractor::extractCustom(deleted, rows)};
+
+    kept.name = QStringLiteral("Reference");
+    changed.pattern = QStringLiteral(R"(PO-(\d+))");
+    changed.isRegex = true;
+    Extractor::Resync out = Extractor::resync(before, {changed, kept, added}, rows);
+    ASSERT_EQ(out.fields.size(), 4);
+    EXPECT_EQ(out.fields[0], builtIn);
+    EXPECT_TRUE(out.fields[1].source.isEmpty());
+    EXPECT_TRUE(out.fields[1].value.isEmpty());
+    EXPECT_EQ(out.fields[2].label, QStringLiteral("Reference"));
+    EXPECT_EQ(out.fields[2].value, QStringLiteral("typed"));
+    EXPECT_EQ(out.fields[3].value, QStringLiteral("Apollo"));
+    EXPECT_EQ(out.pending, QList<CustomFieldDef>{changed});
+
+    const QList<Field> extracted = {Extractor::extractCustom(changed, rows)};
+    ASSERT_TRUE(Extractor::fillPending(out.fields, extracted));
+    EXPECT_EQ(out.fields[1], extracted[0]);
+    EXPECT_FALSE(Extractor::fillPending(out.fields, extracted));
+}
+
+} // namespace
