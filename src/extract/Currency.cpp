@@ -251,7 +251,25 @@ std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &lo
     }
     if (!best)
         return std::nullopt;
+    // A mark seen once (often a misread letter on a scan) yields to three or more signs of one country
+    // that names another currency, and the result is left for review.
+    const Evidence *country = nullptr;
+    if (features.countryCurrency && best->strength <= Strength::Local &&
+        counts.value(best->code + QString::number(int(best->strength))) == 1) {
+        QHash<QString, int> countrySigns;
+        for (const Evidence &e : found) {
+            if ((e.strength == Strength::Country || e.strength == Strength::LegalForm) &&
+                e.code != best->code && ++countrySigns[e.code] >= 3 && !country)
+                country = &e;
+        }
+    }
     Field field = emptyField(QStringLiteral("currency"), QStringLiteral("Currency"));
+    if (country) {
+        field.value = country->code;
+        field.confidence = 0.55;
+        field.box = country->box;
+        return field;
+    }
     field.value = best->code;
     switch (best->strength) {
     case Strength::Code:
