@@ -4,7 +4,6 @@
 //   Ocr vs TesseractCli        one rendered invoice page; the CLI with OMP_THREAD_LIMIT=1 (line_accuracy)
 // Run: build/intake_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 #include "intake/Ocr.h"
-#include "intake/PdfLoader.h"
 #include "intake/Pipeline.h"
 
 #include <QCoreApplication>
@@ -85,7 +84,7 @@ const Files &files()
                 drawPage(painter, i);
             }
         }
-        const auto loaded = Pipeline::loadPDF(f->pdf, {}, {});
+        const auto loaded = Pipeline::load(f->pdf, {}, {});
         f->pageImage = std::get<0>(loaded).first()->image;
         f->pagePng = f->dir.filePath(QStringLiteral("page.png"));
         f->pageImage.save(f->pagePng); // keeps the 218 ppi the page was rendered at
@@ -143,7 +142,7 @@ void LoadPdfRendered(benchmark::State &state)
     QElapsedTimer timer;
     timer.start();
     for (auto _ : state) {
-        const auto pages = Pipeline::loadPDF(pdf, options, {});
+        const auto pages = Pipeline::load(pdf, options, {});
         benchmark::DoNotOptimize(std::get<0>(pages).size());
     }
     state.counters["ms_per_page"] = double(timer.elapsed()) / (double(state.iterations()) * 40);

@@ -2,6 +2,7 @@
 #include "BatchNotices.h"
 #include "Commands.h"
 #include "Jsonl.h"
+#include "OutputCheck.h"
 #include "StandardOutput.h"
 
 #include "export/ExportFormat.h"
@@ -20,6 +21,7 @@
 #include <QThreadPool>
 #include <cstdio>
 #include <functional>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -34,6 +36,27 @@ Expected<QList<CustomFieldDef>> customFields(const QString &given)
         return std::holds_alternative<TabrixError>(saved) ? QList<CustomFieldDef>{} : saved;
     }
     return CustomFieldCodec::readFile(given);
+}
+
+QString notSupported()
+{
+    return QStringLiteral("not a supported file");
+}
+
+/// The locations of `paths` as the app expands them; a file named here that Tabrix does not read (a
+/// device such as /dev/zero, a text file) is also kept, as a failure of its own.
+QList<Pipeline::Found> expandNamed(const QStringList &paths)
+{
+    QList<Pipeline::Found> found;
+    for (const QString &path : paths) {
+        struct stat info {};
+        if (::stat(Pipeline::nativeName(path).constData(), &info) == 0 && !S_ISDIR(info.st_mode) &&
+            !Pipeline::isSupported(path))
+            found.append({path, notSupported()});
+        else
+            found += Pipeline::expandReporting({path});
+    }
+    return found;
 }
 
 /// Progress on standard error: a live bar on a terminal, one line per finished document otherwise.
@@ -154,9 +177,9 @@ int runBatch(const BatchOptions &options)
         return runMerge(options, *defs);
     // Each file once, by its standard path, in queue order; unreadable locations stay as failures.
     QSet<QString> known;
-    const QList<Pipeline::Found> expanded =
-        Pipeline::withoutRepeats(Pipeline::expandReporting(options.paths), known);
-    if (expanded.isEmpty()) {
+    const QList<Pipeline::Found> expanded = Pipeline::withoutRepeats(expandNamed(options.paths), known);
+    if (std::all_of(expanded.cbegin(), expanded.cend(),
+                    [](const Pipeline::Found &found) { return found.error == notSupported(); })) {
         printError(Pipeline::noSupportedFilesMessage());
         return 1;
     }
@@ -167,9 +190,16 @@ int runBatch(const BatchOptions &options)
         files.append(expanded[i]);
         paths.append(expanded[i].path);
     }
+    QStringList everyInput;
+    for (const Pipeline::Found &found : expanded)
+        everyInput.append(found.path);
+    if (const auto refusal = outputIsAnInput(options.output, everyInput)) {
+        printError(*refusal);
+        return 1;
+    }
     std::optional<JsonlWriter> jsonl;
     if (options.jsonl) {
-        jsonl.emplace(options.output);
+        jsonl.emplace(options.output, Jsonl::listDigest(everyInput));
         if (const auto error = jsonl->failure()) {
             printError(QStringLiteral("tabrix-cli: Export failed: ") + error->message);
             return 1;
@@ -201,7 +231,10 @@ int exportResults(const BatchOptions &options, const QStringList &files,
             anyFailed = true;
     }
 
-    const auto exported = Exporter::exportBytes(options.format, options.layout, ready, defs);
+    QStringList notes;
+    const auto exported = Exporter::exportBytes(options.format, options.layout, ready, defs, &notes);
+    for (const QString &note : std::as_const(notes))
+        printError(QStringLiteral("tabrix-cli: ") + note);
     if (const auto *error = std::get_if<TabrixError>(&exported)) {
         printError(QStringLiteral("tabrix-cli: ") + error->message);
         return 1;

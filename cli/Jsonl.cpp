@@ -3,8 +3,11 @@
 #include "LinesJson.h"
 
 #include "export/JsonExport.h"
+#include "intake/NativeNames.h"
+#include "intake/SupportedFiles.h"
 #include "model/JsonText.h"
 
+#include <QCryptographicHash>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -26,6 +29,7 @@ qsizetype count(const QJsonValue &value)
 struct Record {
     qsizetype index;
     qsizetype count;
+    QString list;
     QString path;
     Expected<Processing::Loaded> result;
 };
@@ -35,11 +39,12 @@ std::optional<Record> record(const QJsonDocument &doc)
     const QJsonObject o = doc.object();
     const qsizetype index = count(o.value(QLatin1String("index")));
     const qsizetype total = count(o.value(QLatin1String("count")));
+    const QString list = o.value(QLatin1String("list")).toString();
     const QString path = o.value(QLatin1String("path")).toString();
     if (!doc.isObject() || index < 0 || total <= index || path.isEmpty())
         return std::nullopt;
     if (const QJsonValue error = o.value(QLatin1String("error")); error.isString())
-        return Record{index, total, path, TabrixError{error.toString()}};
+        return Record{index, total, list, path, TabrixError{error.toString()}};
     const auto fields = o.value(QLatin1String("fields")).isArray()
                             ? LinesJson::parseFields(o.value(QLatin1String("fields")).toArray())
                             : std::nullopt;
@@ -51,12 +56,22 @@ std::optional<Record> record(const QJsonDocument &doc)
     Processing::Loaded loaded;
     loaded.extraction.fields = *fields;
     loaded.extraction.items = *items;
-    return Record{index, total, path, loaded};
+    return Record{index, total, list, path, loaded};
 }
 
 } // namespace
 
-QByteArray line(qsizetype index, qsizetype count, const QString &path,
+QString listDigest(const QStringList &paths)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const QString &path : paths) {
+        hash.addData(Pipeline::nativeName(Pipeline::standardPath(path)));
+        hash.addData(QByteArrayView("\0", 1));
+    }
+    return QString::fromLatin1(hash.result().left(16).toHex());
+}
+
+QByteArray line(qsizetype index, qsizetype count, const QString &list, const QString &path,
                 const Expected<Processing::Loaded> &result, const QList<CustomFieldDef> &defs)
 {
     const QFileInfo info(path);
@@ -73,6 +88,7 @@ QByteArray line(qsizetype index, qsizetype count, const QString &path,
     }
     object.insert(QStringLiteral("index"), qint64(index));
     object.insert(QStringLiteral("count"), qint64(count));
+    object.insert(QStringLiteral("list"), list);
     return JsonText::writeLine(object);
 }
 
@@ -80,17 +96,19 @@ Expected<Run> read(const QStringList &paths)
 {
     QMap<qsizetype, Record> byIndex;
     qsizetype total = -1;
+    QString list;
     Run run;
     for (const QString &name : paths) {
         QFile file(name);
         if (!file.open(QIODevice::ReadOnly))
-            return TabrixError{QStringLiteral("cannot read %1: %2").arg(name, file.errorString())};
+            return TabrixError{
+                QStringLiteral("cannot read %1: %2").arg(Pipeline::displayName(name), file.errorString())};
         // Line by line, so memory holds the records rather than whole outputs.
         for (qsizetype n = 1; !file.atEnd(); ++n) {
             const QByteArray line = file.readLine();
             if (line.trimmed().isEmpty())
                 continue;
-            const QString where = QStringLiteral("%1:%2: ").arg(name).arg(n);
+            const QString where = QStringLiteral("%1:%2: ").arg(Pipeline::displayName(name)).arg(n);
             QJsonParseError error{};
             const QJsonDocument doc = QJsonDocument::fromJson(line, &error);
             if (error.error != QJsonParseError::NoError && !line.endsWith('\n')) {
@@ -101,11 +119,13 @@ Expected<Run> read(const QStringList &paths)
             if (!r)
                 return TabrixError{where + QStringLiteral("not a line of tabrix-cli --format jsonl")};
             const auto same = byIndex.constFind(r->index);
-            if ((total >= 0 && r->count != total) || (same != byIndex.cend() && same->path != r->path))
+            if ((total >= 0 && (r->count != total || r->list != list)) ||
+                (same != byIndex.cend() && same->path != r->path))
                 return TabrixError{where +
                                    QStringLiteral("written for another list of files than the lines "
                                                   "before it; merge the outputs of one set of shards")};
             total = r->count;
+            list = r->list;
             byIndex.insert(r->index, std::move(*r));
         }
     }
@@ -123,7 +143,7 @@ Expected<Run> read(const QStringList &paths)
 
 } // namespace Jsonl
 
-JsonlWriter::JsonlWriter(const QString &output)
+JsonlWriter::JsonlWriter(const QString &output, const QString &list) : m_list(list)
 {
     const bool opened =
         output.isEmpty()
@@ -138,7 +158,7 @@ void JsonlWriter::write(qsizetype index, qsizetype count, const QString &path,
 {
     if (m_failure)
         return;
-    const QByteArray text = Jsonl::line(index, count, path, result, defs) + '\n';
+    const QByteArray text = Jsonl::line(index, count, m_list, path, result, defs) + '\n';
     if (m_file.write(text) != text.size() || !m_file.flush())
         m_failure = TabrixError{m_file.errorString()};
 }

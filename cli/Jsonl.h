@@ -12,13 +12,19 @@
 ///
 /// One object per document on one line: the JSON export's element for a ready document plus "index"
 /// (its place in the whole run's queue order), "count" (the files in the whole run, every shard
-/// included), and "fields" and "items" (the document's records as --lines writes them, from which
-/// every export format can be rebuilt exactly). A failed document has "file", "path", "index",
-/// "count" and "error" (the message) instead.
+/// included), "list" (listDigest of the whole run's file list, the same in every shard's lines), and "fields"
+/// and "items" (the document's records as --lines writes them, from which every export format can be rebuilt
+/// exactly). A failed document has "file", "path", "index", "count", "list" and "error" (the message)
+/// instead.
 namespace Jsonl {
 
-/// The line of the document at `index` of `count`, read from `path` (no newline). Never fails.
-QByteArray line(qsizetype index, qsizetype count, const QString &path,
+/// Which run's file list a line belongs to: a digest of all of its paths in queue order (absolute,
+/// cleaned), as hex text. Two shards agree on it only when they expanded the very same list.
+QString listDigest(const QStringList &paths);
+
+/// The line of the document at `index` of `count` in the list with digest `list`, read from `path` (no
+/// newline). Never fails.
+QByteArray line(qsizetype index, qsizetype count, const QString &list, const QString &path,
                 const Expected<Processing::Loaded> &result, const QList<CustomFieldDef> &defs);
 
 /// What --merge rebuilds from JSON Lines outputs: the whole run's files in queue order and each one's
@@ -33,8 +39,9 @@ struct Run {
 
 /// Reads the outputs in `paths`, in any order; of several lines for one index the last read wins.
 /// Fails with a message naming the file and line for unreadable files, lines that are not ours, and
-/// outputs of different file lists. A last line without its newline that does not parse is the trace
-/// of a killed run and is skipped; the documents it lost count as missing.
+/// outputs of different file lists (another count, list digest or path at an index). A last line without its
+/// newline that does not parse is the trace of a killed run and is skipped; the documents it lost count as
+/// missing.
 Expected<Run> read(const QStringList &paths);
 
 } // namespace Jsonl
@@ -43,7 +50,8 @@ Expected<Run> read(const QStringList &paths);
 /// flushing each, so a killed run keeps every finished document and a reader can follow along.
 class JsonlWriter {
 public:
-    explicit JsonlWriter(const QString &output);
+    /// Lines for the run whose file list has digest `list`.
+    JsonlWriter(const QString &output, const QString &list);
     JsonlWriter(const JsonlWriter &) = delete;
     JsonlWriter &operator=(const JsonlWriter &) = delete;
 
@@ -59,5 +67,6 @@ public:
 
 private:
     QFile m_file;
+    QString m_list;
     std::optional<TabrixError> m_failure;
 };

@@ -2,6 +2,9 @@
 // outputs of its shards.
 #include "Commands.h"
 #include "Jsonl.h"
+#include "OutputCheck.h"
+
+#include "intake/NativeNames.h"
 
 namespace {
 
@@ -20,6 +23,10 @@ QStringList customKeys(const QList<Field> &fields)
 
 int runMerge(const BatchOptions &options, const QList<CustomFieldDef> &defs)
 {
+    if (const auto refusal = outputIsAnInput(options.output, options.paths)) {
+        printError(*refusal);
+        return 1;
+    }
     const auto read = Jsonl::read(options.paths);
     if (const auto *error = std::get_if<TabrixError>(&read)) {
         printError(QStringLiteral("tabrix-cli: ") + error->message);
@@ -46,14 +53,15 @@ int runMerge(const BatchOptions &options, const QList<CustomFieldDef> &defs)
         if (loaded && customKeys(loaded->extraction.fields) != expected) {
             printError(QStringLiteral("tabrix-cli: %1 was read with other custom field definitions; give "
                                       "--merge the --custom-fields of the shard runs")
-                           .arg(run.files[i]));
+                           .arg(Pipeline::displayName(run.files[i])));
             return 1;
         }
     }
 
     for (qsizetype i = 0; i < run.files.size(); ++i) {
         if (const auto *error = std::get_if<TabrixError>(&run.results[i]))
-            printError(run.files[i] + QStringLiteral(": Failed: ") + error->message);
+            printError(Pipeline::displayName(run.files[i]) + QStringLiteral(": Failed: ") +
+                       Pipeline::displayName(error->message));
     }
     return exportResults(options, run.files, run.results, defs);
 }

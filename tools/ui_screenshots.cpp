@@ -6,8 +6,10 @@
 #include "model/Money.h"
 #include "store/Store.h"
 #include "ui/CustomFieldsDialog.h"
+#include "ui/DocumentPane.h"
 #include "ui/FormPane.h"
 #include "ui/MainWindow.h"
+#include "ui/PageCanvas.h"
 #include "ui/ReviewView.h"
 
 #include <QApplication>
@@ -16,6 +18,7 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPainter>
+#include <QScrollArea>
 #include <QTemporaryDir>
 #include <QThread>
 #include <cstdio>
@@ -133,6 +136,23 @@ int main(int argc, char **argv)
     }
     pause(100);
     ok = save(window.grab(), out, QStringLiteral("tabrix-review.png")) && ok;
+
+    // The same page zoomed in, scrolled to the focused total.
+    if (ReviewView *review = window.review(); review && review->documentPane()) {
+        DocumentPane *pane = review->documentPane();
+        pane->zoom(+4);
+        pause(50);
+        const DocPtr shown = review->doc();
+        for (const Field &f : shown->fields()) {
+            if (f.key == QLatin1String("total") && f.box) {
+                const QRectF at = pane->canvas()->pageTransform().mapRect(f.box->rect);
+                pane->pageScroll()->ensureVisible(int(at.center().x()), int(at.center().y()), 200, 200);
+            }
+        }
+        pause(100);
+        ok = save(window.grab(), out, QStringLiteral("tabrix-zoomed.png")) && ok;
+        pane->setFit(DocumentPane::Fit::Page);
+    }
 
     // A document whose amounts do not add up: one of the samples if the reading doubts one, else the
     // scanned invoice with 90 added to its total, as one misread digit would.

@@ -34,6 +34,40 @@ bool needsQuotes(const QString &cell)
     return false;
 }
 
+// A number in an amount or count column ("-12.50", "1,234.56"): a spreadsheet reads it as the number
+// it is, and an apostrophe would turn it into text.
+bool isPlainNumber(const QString &cell)
+{
+    qsizetype i = cell.startsWith(u'-') || cell.startsWith(u'+') ? 1 : 0;
+    if (i >= cell.size() || !cell.at(i).isDigit())
+        return false;
+    for (; i < cell.size(); ++i) {
+        const QChar c = cell.at(i);
+        if (!c.isDigit() && c != u'.' && c != u',' && c != u' ')
+            return false;
+    }
+    return true;
+}
+
+// A text cell that a spreadsheet would run as a formula gets a leading apostrophe, which shows the
+// text as written (OWASP's advice on CSV injection).
+QString defused(const QString &cell, bool numeric)
+{
+    if (cell.isEmpty() || (numeric && isPlainNumber(cell)))
+        return cell;
+    switch (cell.front().unicode()) {
+    case u'=':
+    case u'+':
+    case u'-':
+    case u'@':
+    case u'\t':
+    case u'\r':
+        return u'\'' + cell;
+    default:
+        return cell;
+    }
+}
+
 QString csvCell(const QString &cell)
 {
     if (!needsQuotes(cell))
@@ -55,17 +89,17 @@ template <class CellFn>
 QString render(const Table &table, CellFn cellText, QStringView cellSep, QStringView rowEnd)
 {
     QString out;
-    auto appendRow = [&](const QStringList &row) {
+    auto appendRow = [&](const QStringList &row, bool header) {
         for (qsizetype i = 0; i < row.size(); ++i) {
             if (i > 0)
                 out += cellSep;
-            out += cellText(row.at(i));
+            out += cellText(defused(row.at(i), !header && table.numeric.contains(int(i))));
         }
         out += rowEnd;
     };
-    appendRow(table.headers);
+    appendRow(table.headers, true);
     for (const QStringList &row : table.rows)
-        appendRow(row);
+        appendRow(row, false);
     return out;
 }
 

@@ -34,7 +34,7 @@ Table table(RowLayout layout, const QList<DocRecord> &docs, const QList<CustomFi
 }
 
 Expected<QByteArray> exportBytes(ExportFormat format, RowLayout layout, const QList<DocRecord> &docs,
-                                 const QList<CustomFieldDef> &defs)
+                                 const QList<CustomFieldDef> &defs, QStringList *notes)
 {
     switch (format) {
     case ExportFormat::csv:
@@ -43,8 +43,15 @@ Expected<QByteArray> exportBytes(ExportFormat format, RowLayout layout, const QL
         return tsv(table(layout, docs, defs)).toUtf8();
     case ExportFormat::json:
         return json(docs, defs);
-    case ExportFormat::xlsx:
-        return xlsx(workbookSheets(docs, defs));
+    case ExportFormat::xlsx: {
+        qsizetype cut = 0;
+        auto bytes = xlsx(workbookSheets(docs, defs), &cut);
+        if (cut > 0 && notes)
+            notes->append(QStringLiteral("%1 cell(s) longer than %2 characters were cut to fit the workbook")
+                              .arg(cut)
+                              .arg(maxCellChars));
+        return bytes;
+    }
     }
     return QByteArray();
 }

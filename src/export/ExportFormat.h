@@ -9,6 +9,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 /// The file formats documents are exported in.
@@ -23,9 +24,10 @@ std::optional<RowLayout> rowLayoutNamed(const QString &name);
 namespace Exporter {
 
 /// `docs` in `format`, as written to a file: CSV and TSV hold `layout`'s table, JSON and the workbook
-/// hold every layout. Fails only when the workbook cannot be zipped.
+/// hold every layout. Fails only when the workbook cannot be written (too many rows for a sheet, or
+/// zipping failed). What the workbook had to cut to fit is added to `notes`, one sentence each.
 Expected<QByteArray> exportBytes(ExportFormat format, RowLayout layout, const QList<DocRecord> &docs,
-                                 const QList<CustomFieldDef> &defs);
+                                 const QList<CustomFieldDef> &defs, QStringList *notes = nullptr);
 
 /// `layout`'s table of `docs`.
 Table table(RowLayout layout, const QList<DocRecord> &docs, const QList<CustomFieldDef> &defs);

@@ -4,6 +4,7 @@
 #include "model/JsonText.h"
 #include "model/Money.h"
 
+#include <QLocale>
 #include <utility>
 #include <zip.h>
 
@@ -212,7 +213,7 @@ QString xmlEscape(const QString &text)
     return out;
 }
 
-QByteArray sheetXML(const Table &table)
+QByteArray sheetXML(const Table &table, qsizetype *cutCells)
 {
     QByteArray xml = QByteArray(declaration) + "<worksheet xmlns=\"" + mainNs +
                      "\"><sheetViews><sheetView workbookViewId=\"0\"><pane ySplit=\"1\" topLeftCell=\"A2\" "
@@ -230,9 +231,14 @@ QByteArray sheetXML(const Table &table)
         xml += "<row r=\"" + r + "\">";
         const QStringList &row = table.rows.at(k);
         for (qsizetype j = 0; j < row.size(); ++j) {
-            const QString &cell = row.at(j);
+            QString cell = row.at(j);
             if (cell.isEmpty())
                 continue;
+            if (cell.size() > maxCellChars) {
+                cell.truncate(cell[maxCellChars - 1].isHighSurrogate() ? maxCellChars - 1 : maxCellChars);
+                if (cutCells)
+                    ++*cutCells;
+            }
             const QByteArray ref = colName(int(j)).toLatin1() + r;
             const std::optional<double> x =
                 table.numeric.contains(int(j)) ? Money::parse(cell) : std::optional<double>();
@@ -246,8 +252,17 @@ QByteArray sheetXML(const Table &table)
     return xml + "</sheetData></worksheet>";
 }
 
-Expected<QByteArray> xlsx(const QList<Sheet> &sheets)
+Expected<QByteArray> xlsx(const QList<Sheet> &sheets, qsizetype *cutCells)
 {
+    for (const Sheet &sheet : sheets) {
+        if (sheet.table.rows.size() + 1 > maxSheetRows) {
+            const QLocale english(QLocale::English, QLocale::UnitedStates);
+            return TabrixError{QStringLiteral("The sheet \"%1\" would have %2 rows, more than the %3 a "
+                                              "workbook sheet holds; export fewer documents or as CSV")
+                                   .arg(sheet.name, english.toString(sheet.table.rows.size() + 1),
+                                        english.toString(maxSheetRows))};
+        }
+    }
     QList<std::pair<QByteArray, QByteArray>> entries{
         {"[Content_Types].xml", contentTypes(sheets.size())},
         {"_rels/.rels", packageRels()},
@@ -256,7 +271,8 @@ Expected<QByteArray> xlsx(const QList<Sheet> &sheets)
         {"xl/styles.xml", styles()},
     };
     for (qsizetype i = 0; i < sheets.size(); ++i)
-        entries.append({"xl/worksheets/sheet" + number(i + 1) + ".xml", sheetXML(sheets.at(i).table)});
+        entries.append(
+            {"xl/worksheets/sheet" + number(i + 1) + ".xml", sheetXML(sheets.at(i).table, cutCells)});
     return zipInMemory(entries);
 }
 

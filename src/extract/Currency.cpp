@@ -67,8 +67,7 @@ QString countryPattern(const QJsonObject &country)
         for (const QJsonValue &phrase : country.value(QLatin1String(list)).toArray()) {
             for (const QString &written : {phrase.toString(), phrase.toString().toUpper()})
                 alternatives.append(QLatin1String("(?<![\\p{L}\\p{N}])(?:") +
-                                    Vocabulary::phrasePattern(written) +
-                                    QLatin1String(")(?![\\p{L}\\p{N}])"));
+                                    Vocabulary::phraseText(written) + QLatin1String(")(?![\\p{L}\\p{N}])"));
         }
     }
     for (const QJsonValue &id : country.value(QLatin1String("taxIds")).toArray())

@@ -79,27 +79,47 @@ void byPattern(const QString &pattern, const QList<Row> &rows, Field &field, Reg
 
 } // namespace
 
-Field extractCustom(const CustomFieldDef &def, const QList<Row> &rows, bool *abandoned)
+namespace {
+
+Field extractWith(const CustomFieldDef &def, const QList<Row> &rows, Regex::Budget &budget)
 {
     Field field =
         emptyField(uuidText(def.id), def.name.isEmpty() ? QStringLiteral("Custom field") : def.name);
     field.isCustom = true;
     field.source = customSource(def);
-    if (abandoned)
-        *abandoned = false;
-
     const QString pattern = def.pattern.trimmed();
     if (pattern.isEmpty())
         return field;
-    if (def.isRegex) {
-        Regex::Budget budget;
+    if (def.isRegex)
         byPattern(pattern, rows, field, budget);
-        if (abandoned)
-            *abandoned = budget.exhausted();
-    } else {
+    else
         byKeyword(pattern, rows, field);
-    }
     return field;
+}
+
+} // namespace
+
+Field extractCustom(const CustomFieldDef &def, const QList<Row> &rows, bool *abandoned)
+{
+    Regex::Budget budget;
+    Field field = extractWith(def, rows, budget);
+    if (abandoned)
+        *abandoned = budget.exhausted();
+    return field;
+}
+
+QList<Field> extractCustomFields(const QList<CustomFieldDef> &defs, const QList<Row> &rows,
+                                 QList<QUuid> *slow)
+{
+    Regex::Budget budget;
+    QList<Field> fields;
+    for (const CustomFieldDef &def : defs) {
+        const bool spentBefore = budget.exhausted();
+        fields.append(extractWith(def, rows, budget));
+        if (!spentBefore && budget.exhausted() && slow)
+            slow->append(def.id);
+    }
+    return fields;
 }
 
 QString customSource(const CustomFieldDef &def)

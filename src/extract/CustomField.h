@@ -34,4 +34,14 @@ Resync resync(const QList<Field> &fields, const QList<CustomFieldDef> &definitio
 /// Returns false, changing nothing, when no placeholder of `fields` matches one of `extracted`.
 bool fillPending(QList<Field> &fields, const QList<Field> &extracted);
 
+/// The fields of `defs` on one document, in their order. Their regular expressions share one matching
+/// budget for the whole document, so many slow patterns cannot add up to minutes: once it is spent, the
+/// pattern that spent it and every regular expression after it are left empty (keywords still run), and
+/// the id of the one that spent it is appended to `slow`, when given.
+QList<Field> extractCustomFields(const QList<CustomFieldDef> &defs, const QList<Row> &rows,
+                                 QList<QUuid> *slow = nullptr);
+
+/// More regular-expression fields than this share the budget too thinly; the editor warns.
+constexpr int manyPatterns = 50;
+
 } // namespace Extractor

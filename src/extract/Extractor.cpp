@@ -70,12 +70,7 @@ Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom
 
     Result result;
     result.fields = {vendor, number, date, dueDate, currency, subtotal, tax, total};
-    for (const CustomFieldDef &def : custom) {
-        bool abandoned = false;
-        result.fields.append(extractCustom(def, rows, &abandoned));
-        if (abandoned)
-            result.slowPatterns.append(def.id);
-    }
+    result.fields.append(extractCustomFields(custom, rows, &result.slowPatterns));
     result.items = std::move(items);
     result.rows = std::move(scan.rows);
     return result;

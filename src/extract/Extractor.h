@@ -13,7 +13,8 @@ struct Result {
         fields; ///< vendor, number, date, dueDate, currency, subtotal, tax, total, then custom fields
     QList<LineItem> items;
     QList<Row> rows;
-    /// Custom definitions whose pattern hit its matching bound on this document (their field is empty).
+    /// The custom definition whose pattern spent the document's matching budget (its field and the
+    /// regular-expression fields after it are empty); at most one.
     QList<QUuid> slowPatterns;
 };
 

@@ -51,6 +51,11 @@ const GroupWords groups[] = {
      {"number.invoice", "number.order", "number.other"}},
     {DateLabel, {"due", "pay", "date", "issued"}, {"date.due", "date.issue"}},
     {LegalForm, {"bhd", "ltd", "sp. z o.o"}, {}},
+    {Divider, {"invoice", "bill", "sold", "ship", "deliver", "customer"}, {}},
+    {Registration,
+     {"reg", "company", "br no", "roc no", "gst", "sst", "vat", "tax", "ust id", "siret", "siren", "kvk",
+      "uen", "abn"},
+     {}},
 };
 
 // The automaton reads classes, not characters: a–z, 0–9, "#", the other letters the words hold (after
@@ -61,6 +66,8 @@ constexpr int asciiClasses = 26 + 10 + 1;
 constexpr int otherClass = asciiClasses;
 constexpr int maxClasses = 64;
 constexpr std::uint8_t skipped = 0xFF;
+// States are few (the words' letters) and kept small, so the table stays in cache.
+using State = std::uint16_t;
 
 constexpr std::array<std::uint8_t, 128> asciiTable = [] {
     std::array<std::uint8_t, 128> table{};
@@ -111,7 +118,7 @@ public:
     Mask scan(const QString &text) const
     {
         Mask found = m_always;
-        std::int32_t state = 0;
+        State state = 0;
         for (const QChar c : text) {
             const char16_t u = c.unicode();
             if (u >= 0x80 && foldsSpecially(u))
@@ -153,12 +160,14 @@ private:
         return classOf(c);
     }
 
-    std::int32_t newState()
+    State newState()
     {
+        if (m_next.size() >= 0xFFFF) // the vocabularies are built in: a programming fault
+            qFatal("keyword automaton outgrew its state type");
         m_next.emplace_back();
         m_next.back().fill(0);
         m_out.push_back(0);
-        return std::int32_t(m_next.size() - 1);
+        return State(m_next.size() - 1);
     }
 
     // A phrase matches only where its longest run of classed characters occurs (blanks, dots, hyphens
@@ -182,10 +191,10 @@ private:
             m_always |= group;
             return;
         }
-        std::int32_t state = 0;
+        State state = 0;
         for (const std::uint8_t k : longest) {
             if (m_next[size_t(state)][k] == 0) {
-                const std::int32_t created = newState();
+                const State created = newState();
                 m_next[size_t(state)][k] = created;
             }
             state = m_next[size_t(state)][k];
@@ -197,17 +206,17 @@ private:
     // the words that end there too.
     void link()
     {
-        std::vector<std::int32_t> fail(m_next.size(), 0);
-        std::vector<std::int32_t> queue;
+        std::vector<State> fail(m_next.size(), 0);
+        std::vector<State> queue;
         for (int k = 0; k < maxClasses; ++k) {
-            if (const std::int32_t s = m_next[0][k])
+            if (const State s = m_next[0][k])
                 queue.push_back(s);
         }
         for (size_t head = 0; head < queue.size(); ++head) {
-            const std::int32_t s = queue[head];
+            const State s = queue[head];
             m_out[size_t(s)] |= m_out[size_t(fail[size_t(s)])];
             for (int k = 0; k < maxClasses; ++k) {
-                const std::int32_t t = m_next[size_t(s)][k];
+                const State t = m_next[size_t(s)][k];
                 if (t) {
                     fail[size_t(t)] = m_next[size_t(fail[size_t(s)])][k];
                     queue.push_back(t);
@@ -218,7 +227,7 @@ private:
         }
     }
 
-    std::vector<std::array<std::int32_t, maxClasses>> m_next;
+    std::vector<std::array<State, maxClasses>> m_next;
     std::vector<Mask> m_out;
     std::vector<char16_t> m_extra; ///< folded letters outside ASCII, class asciiClasses + 1 + index
     Mask m_always = 0;
@@ -228,11 +237,12 @@ private:
 
 Mask of(const QString &text, const RuleFeatures &features)
 {
+    // The automaton reads only whether the vocabularies' words join the English ones.
     if (features.vocabularies) {
-        static const Automaton withVocabularies(RuleFeatures(RuleSet::Full));
+        static const Automaton withVocabularies(features);
         return withVocabularies.scan(text);
     }
-    static const Automaton english{RuleFeatures()};
+    static const Automaton english(features);
     return english.scan(text);
 }
 

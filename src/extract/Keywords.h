@@ -26,6 +26,8 @@ enum Group : unsigned {
     NumberLabel = 1u << 11,   ///< "Invoice no.", "Order #", "Rechnungsnummer"
     DateLabel = 1u << 12,     ///< "Date", "Due date", "Rechnungsdatum"
     LegalForm = 1u << 13,     ///< a legal form found in one country only ("Sdn Bhd", "Pte Ltd")
+    Divider = 1u << 14,       ///< a document title or addressee heading ("Tax invoice", "Bill to")
+    Registration = 1u << 15,  ///< a registration or tax number's label ("Co. Reg", "GST ID", "SIRET")
 };
 using Mask = unsigned;
 

@@ -46,6 +46,73 @@ std::unique_ptr<Regex::Compiled> compile(const QString &pattern, bool caseInsens
     return result;
 }
 
+// Case-insensitive ICU closes every set over case when it compiles it, which for \p{L} means visiting
+// every letter: most of the time spent compiling the built-in patterns. The closure of \p{L} adds only
+// U+0345 and that of \p{N} nothing (checked over every code point), so a built-in pattern's letter and
+// number sets are written out closed and compiled case-sensitively, in a (?-i:…) group. Other members of
+// such a class must be caseless for this (digits, "_", "+", "$"); a class holding anything else is kept.
+QString withClosedSets(const QString &pattern)
+{
+    static const QString letter = QStringLiteral("\\p{L}"), number = QStringLiteral("\\p{N}");
+    const auto closedMember = [&](QStringView at) {
+        return at.startsWith(letter) ? QStringLiteral("\\p{L}\\x{345}") : number;
+    };
+    QString out;
+    for (qsizetype i = 0; i < pattern.size();) {
+        const QStringView rest = QStringView(pattern).mid(i);
+        if (rest.startsWith(letter) || rest.startsWith(number)) {
+            out += QStringLiteral("(?-i:[") + closedMember(rest) + QStringLiteral("])");
+            i += letter.size();
+        } else if (rest.startsWith(u'\\')) {
+            out += rest.left(2);
+            i += 2;
+        } else if (rest.startsWith(u'[')) {
+            // The class up to its closing bracket: rewritten when it holds a letter or number set and
+            // otherwise only caseless members.
+            QString members;
+            bool hasSet = false, caseless = true;
+            qsizetype j = 1;
+            for (; j < rest.size() && rest[j] != u']'; ++j) {
+                const QStringView member = rest.mid(j);
+                if (member.startsWith(letter) || member.startsWith(number)) {
+                    members += closedMember(member);
+                    hasSet = true;
+                    j += letter.size() - 1;
+                } else if (member.startsWith(QLatin1StringView("\\d"))) {
+                    members += member.left(2);
+                    ++j;
+                } else if (rest[j] == u'_' || rest[j] == u'+' || rest[j] == u'$') {
+                    members += rest[j];
+                } else {
+                    caseless = false;
+                    break;
+                }
+            }
+            if (hasSet && caseless && j < rest.size()) {
+                out += QStringLiteral("(?-i:[") + members + QStringLiteral("])");
+                i += j + 1;
+                continue;
+            }
+            // Kept as written, up to its closing bracket; a nested class leaves the whole pattern as is.
+            qsizetype end = rest.size() > 1 && rest[1] == u'^' ? 2 : 1;
+            if (end < rest.size() && rest[end] == u']')
+                ++end;
+            for (; end < rest.size() && rest[end] != u']'; ++end) {
+                if (rest[end] == u'[')
+                    return pattern;
+                if (rest[end] == u'\\')
+                    ++end;
+            }
+            out += rest.left(end + 1);
+            i += end + 1;
+        } else {
+            out += rest.front();
+            ++i;
+        }
+    }
+    return out;
+}
+
 Regex::Match currentMatch(const icu::RegexMatcher &matcher)
 {
     Regex::Match match;
@@ -94,7 +161,8 @@ private:
 
 } // namespace
 
-Regex::Regex(const QString &pattern, bool caseInsensitive) : m_pattern(compile(pattern, caseInsensitive))
+Regex::Regex(const QString &pattern, bool caseInsensitive)
+    : m_pattern(compile(caseInsensitive ? withClosedSets(pattern) : pattern, caseInsensitive))
 {
     if (!m_pattern) {
         std::fprintf(stderr, "built-in pattern does not compile: %s\n", qPrintable(pattern));

@@ -70,6 +70,16 @@ bool mayBeSkipped(const QString &text, const RuleFeatures &features)
            patterns().vendorSkip(features).contains(text);
 }
 
+// A registration line names its number's label, or is a bracketed number alone (a digit and at most
+// one letter).
+bool isRegistrationLine(const QString &text, const RuleFeatures &features)
+{
+    const auto letters = std::count_if(text.begin(), text.end(), [](QChar c) { return c.isLetter(); });
+    return ((letters <= 1 && Patterns::hasDigit(text)) ||
+            Keywords::may(text, Keywords::Registration, features)) &&
+           patterns().registrationLine.contains(text);
+}
+
 // An address needs a digit or a "Box"; the pattern is case-sensitive, so this test is exact.
 bool mayBeAddress(const QString &text)
 {
@@ -84,7 +94,7 @@ bool mayBeLabel(const QString &text, const RuleFeatures &features)
 
 // A name wrapped over lines: the next lines directly below, as tall, until one holds the legal form
 // that ends the name (at most two more lines).
-TextLine joinWrapped(const QList<TextLine> &page, qsizetype at)
+TextLine joinWrapped(const QList<TextLine> &page, qsizetype at, const RuleFeatures &features)
 {
     const VendorPatterns &p = patterns();
     TextLine joined = page[at];
@@ -97,7 +107,7 @@ TextLine joinWrapped(const QList<TextLine> &page, qsizetype at)
         const bool below =
             next.rect.top() > last->rect.top() + 0.5 * h && next.rect.top() - last->rect.bottom() < 0.8 * h;
         const bool asTall = next.rect.height() > 0.65 * h && next.rect.height() < 1.5 * h;
-        if (!below || !asTall || p.registrationLine.contains(next.text) || Patterns::hasDigit(next.text))
+        if (!below || !asTall || isRegistrationLine(next.text, features) || Patterns::hasDigit(next.text))
             return page[at];
         joined.text += u' ' + next.text.trimmed();
         joined.rect = unitedRect(joined.rect, next.rect);
@@ -233,11 +243,12 @@ Field findVendor(const QList<TextLine> &lines, const RuleFeatures &features)
     double dividerTop = 2;
     for (qsizetype i = 0; i < firstPage.size(); ++i) {
         const TextLine &line = firstPage[i];
-        if (features.customerBelowTitle && dividerTop > 1 && p.divider.contains(line.text))
+        if (features.customerBelowTitle && dividerTop > 1 &&
+            Keywords::may(line.text, Keywords::Divider, features) && p.divider.contains(line.text))
             dividerTop = line.rect.top();
         if (isCandidate(line, features) &&
-            !(features.companyNames && p.registrationLine.contains(line.text))) {
-            candidates.append(features.companyNames ? joinWrapped(firstPage, i) : line);
+            !(features.companyNames && isRegistrationLine(line.text, features))) {
+            candidates.append(features.companyNames ? joinWrapped(firstPage, i, features) : line);
             if (candidates.size() == maxCandidates)
                 break;
         }
@@ -246,9 +257,15 @@ Field findVendor(const QList<TextLine> &lines, const RuleFeatures &features)
         return field;
     // The seller prints its name above the title or the addressee; an organisation below them is the
     // customer when one stands above.
-    const bool orgAboveDivider = std::any_of(candidates.begin(), candidates.end(), [&](const TextLine &c) {
-        return c.rect.top() < dividerTop && (p.legalForm.contains(c.text) || looksLikeOrg(c.text));
-    });
+    // Each candidate's legal form and organisation look, read once.
+    QList<bool> legal, org;
+    for (const TextLine &c : candidates) {
+        legal.append((features.companyNames || features.customerBelowTitle) && p.legalForm.contains(c.text));
+        org.append(looksLikeOrg(c.text));
+    }
+    bool orgAboveDivider = false;
+    for (qsizetype i = 0; i < candidates.size() && features.customerBelowTitle && !orgAboveDivider; ++i)
+        orgAboveDivider = candidates[i].rect.top() < dividerTop && (legal[i] || org[i]);
 
     double maxH = 0;
     for (const TextLine &line : candidates)
@@ -261,12 +278,12 @@ Field findVendor(const QList<TextLine> &lines, const RuleFeatures &features)
         double score = 1.0 / double(i + 1);
         if (p.organisationSuffix.contains(text))
             score += 3.0;
-        if (looksLikeOrg(text))
+        if (org[i])
             score += 2.0;
         // Lines without height (all zero) get no height bonus rather than a NaN confidence.
         if (maxH > 0)
             score += 2.0 * (candidates[i].rect.height() / maxH);
-        if (features.companyNames && p.legalForm.contains(text))
+        if (features.companyNames && legal[i])
             score += 1.0;
         if (features.customerBelowTitle && orgAboveDivider && candidates[i].rect.top() > dividerTop)
             score -= 10.0;

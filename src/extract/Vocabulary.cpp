@@ -48,17 +48,24 @@ bool isWordChar(QChar c)
     return c.isLetterOrNumber();
 }
 
-} // namespace
+// One phrase as pattern text (see the header for what its characters mean), without the word
+// boundaries it needs before and after it, which are reported instead.
+struct PhrasePattern {
+    QString body;
+    bool boundaryBefore = false;
+    bool boundaryAfter = false;
+};
 
-QString phrasePattern(QString phrase)
+PhrasePattern phrasePattern(QString phrase)
 {
     phrase = phrase.trimmed();
     const bool compoundTail = phrase.startsWith(u'*');
     if (compoundTail)
         phrase.remove(0, 1);
-    QString out;
-    if (!compoundTail && !phrase.isEmpty() && isWordChar(phrase.front()))
-        out += QLatin1String("\\b");
+    PhrasePattern pattern;
+    pattern.boundaryBefore = !compoundTail && !phrase.isEmpty() && isWordChar(phrase.front());
+    pattern.boundaryAfter = !phrase.isEmpty() && isWordChar(phrase.back());
+    QString &out = pattern.body;
     for (qsizetype i = 0; i < phrase.size(); ++i) {
         const QChar c = phrase[i];
         if (c.isSpace()) {
@@ -78,9 +85,20 @@ QString phrasePattern(QString phrase)
             out += c;
         }
     }
-    if (!phrase.isEmpty() && isWordChar(phrase.back()))
-        out += QLatin1String("\\b");
-    return out;
+    return pattern;
+}
+
+} // namespace
+
+QString phraseText(const QString &phrase)
+{
+    const PhrasePattern pattern = phrasePattern(phrase);
+    QString text = pattern.body;
+    if (pattern.boundaryBefore)
+        text.prepend(QLatin1String("\\b"));
+    if (pattern.boundaryAfter)
+        text.append(QLatin1String("\\b"));
+    return text;
 }
 
 QStringList shippedLanguages()
@@ -132,10 +150,27 @@ QString alternatives(const Lexicon &lexicon, const QString &list)
     // Longest first, so that "Rechnungsnummer" is tried before "Rechnung" at the same place.
     std::stable_sort(phrases.begin(), phrases.end(),
                      [](const QString &a, const QString &b) { return a.size() > b.size(); });
-    QStringList patterns;
-    for (const QString &phrase : phrases)
-        patterns.append(phrasePattern(phrase));
-    return patterns.join(u'|');
+    // Neighbours needing the same boundaries share them: "\b(?:a|b)\b" tries a, then b, as "\ba\b|\bb\b"
+    // does, but a position inside a word fails once instead of once per phrase.
+    QStringList groups;
+    for (qsizetype i = 0; i < phrases.size();) {
+        const PhrasePattern first = phrasePattern(phrases[i]);
+        QStringList bodies{first.body};
+        qsizetype j = i + 1;
+        for (; j < phrases.size(); ++j) {
+            const PhrasePattern next = phrasePattern(phrases[j]);
+            if (next.boundaryBefore != first.boundaryBefore || next.boundaryAfter != first.boundaryAfter)
+                break;
+            bodies.append(next.body);
+        }
+        const QString boundary = QStringLiteral("\\b");
+        groups.append(
+            (first.boundaryBefore ? boundary : QString()) +
+            (bodies.size() > 1 ? QStringLiteral("(?:") + bodies.join(u'|') + u')' : bodies.first()) +
+            (first.boundaryAfter ? boundary : QString()));
+        i = j;
+    }
+    return groups.join(u'|');
 }
 
 QString expand(const QString &pattern, RuleSet rules)

@@ -38,7 +38,7 @@ Lexicon load(const QStringList &languages);
 const Lexicon &active();
 
 /// One phrase as pattern text, as the word lists read it (see above).
-QString phrasePattern(QString phrase);
+QString phraseText(const QString &phrase);
 
 /// Pattern text matching any phrase of `list` in `lexicon`, longest first, as "a|b|c"; empty for none.
 QString alternatives(const Lexicon &lexicon, const QString &list);

@@ -8,6 +8,7 @@
 
 #include "Ocr.h"
 
+#include <QByteArray>
 #include <QImage>
 #include <QString>
 
@@ -26,7 +27,8 @@ public:
 /// Entry points of the module, resolved by name.
 /// `modelFolderUtf8` empty: the system's models; `rules`: int(RuleSet).
 using CreateTesseract = Ocr::Engine *(*)(const char *languagesUtf8, const char *modelFolderUtf8, int rules);
-using OpenHeif = ImageSource *(*)(const char *pathLocal8);
+/// `bytes`: the whole file, which the source keeps (shared) as long as it lives.
+using OpenHeif = ImageSource *(*)(const QByteArray &bytes);
 constexpr const char *createTesseractName = "tabrix_create_tesseract";
 constexpr const char *openHeifName = "tabrix_open_heif";
 

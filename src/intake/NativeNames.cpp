@@ -1,9 +1,5 @@
 #include "NativeNames.h"
 
-#include <QFileInfo>
-#include <QTemporaryDir>
-#include <unistd.h>
-
 namespace Pipeline {
 
 namespace {
@@ -98,18 +94,6 @@ QString displayName(const QString &path)
             out += path[i];
     }
     return out;
-}
-
-std::pair<QString, std::shared_ptr<void>> openablePath(const QString &path)
-{
-    if (!hasUndecodableBytes(path))
-        return {path, nullptr};
-    auto dir = std::make_shared<QTemporaryDir>();
-    const QString alias = dir->filePath(QStringLiteral("document.") + QFileInfo(path).suffix());
-    const QByteArray target = nativeName(QFileInfo(path).absoluteFilePath());
-    if (!dir->isValid() || ::symlink(target.constData(), QFile::encodeName(alias).constData()) != 0)
-        return {path, nullptr};
-    return {alias, dir};
 }
 
 } // namespace Pipeline

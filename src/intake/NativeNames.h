@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QString>
-#include <memory>
 
 /// File names as the system stores them: bytes, usually UTF-8 but not always. A byte that is not part of
 /// valid UTF-8 is carried in a QString as the lone surrogate U+DC00 + byte (U+DC80…U+DCFF), so that every
@@ -20,10 +19,5 @@ bool hasUndecodableBytes(const QString &path);
 
 /// The name for a one-line message: escaped bytes as "\xNN", control characters as "\n", "\t" or "\xNN".
 QString displayName(const QString &path);
-
-/// A path Qt can open that leads to `path`: `path` itself, or for a name with undecodable bytes a
-/// symbolic link with the same extension in a private temporary folder, removed with the returned owner.
-/// Returns the path to use and the owner to keep alive while reading.
-std::pair<QString, std::shared_ptr<void>> openablePath(const QString &path);
 
 } // namespace Pipeline

@@ -1,7 +1,6 @@
 #include "PdfLoader.h"
 
 #include "ColumnGap.h"
-#include "FileChecks.h"
 #include "Ocr.h"
 #include "PageImage.h"
 
@@ -117,11 +116,9 @@ QImage render(const Poppler::Page &page, double w, double h, QSize pixels)
 using Document = std::unique_ptr<Poppler::Document>;
 
 /// The document opened for reading, or why it cannot be read.
-Expected<Document> open(const QString &path)
+Expected<Document> open(const QByteArray &bytes)
 {
-    if (auto unreadable = checkRegularFile(path, "Can't open PDF"))
-        return *unreadable;
-    Document doc = Poppler::Document::load(path);
+    Document doc = Poppler::Document::loadFromData(bytes);
     if (!doc)
         return TabrixError{QStringLiteral("Can't open PDF: the file is damaged or not a PDF")};
     // A locked document must be unlocked before anything else is asked of it (poppler crashes otherwise).
@@ -180,10 +177,10 @@ Expected<PagePtr> loadPage(Poppler::Document &doc, int i, int n, const LoadOptio
 
 } // namespace
 
-Expected<QList<PagePtr>> loadPDF(const QString &path, const LoadOptions &options, const Report &report)
+Expected<QList<PagePtr>> loadPDF(const QByteArray &bytes, const LoadOptions &options, const Report &report)
 {
     silencePoppler();
-    auto opened = open(path);
+    auto opened = open(bytes);
     if (auto *failed = std::get_if<TabrixError>(&opened))
         return *failed;
     const Document doc = std::get<Document>(std::move(opened));
@@ -212,7 +209,7 @@ Expected<QList<PagePtr>> loadPDF(const QString &path, const LoadOptions &options
     std::vector<std::future<void>> helpers;
     for (int k = 1; k < workers; ++k) {
         auto task = std::make_shared<std::packaged_task<void()>>([&] {
-            auto own = open(path);
+            auto own = open(bytes);
             if (auto *d = std::get_if<Document>(&own))
                 work(**d);
         });

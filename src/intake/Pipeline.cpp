@@ -1,7 +1,7 @@
 #include "Pipeline.h"
 
+#include "FileChecks.h"
 #include "ImageLoader.h"
-#include "NativeNames.h"
 #include "Ocr.h"
 #include "PageImage.h"
 #include "PdfLoader.h"
@@ -11,19 +11,21 @@
 
 namespace Pipeline {
 
-Expected<QList<PagePtr>> load(const QString &given, const LoadOptions &options, const Report &report)
+Expected<QList<PagePtr>> load(const QString &path, const LoadOptions &options, const Report &report)
 {
-    const QString ext = QFileInfo(given).suffix().toLower();
-    // A name that is not valid UTF-8 is read through a link with a name Qt and the decoders can open.
-    const auto [path, keepAlive] = openablePath(given);
+    const QString ext = QFileInfo(path).suffix().toLower();
+    const bool pdf = ext == QLatin1String("pdf");
+    if (!pdf && !imageExtensions().contains(ext))
+        return TabrixError{QStringLiteral("Unsupported file type")};
+    // Opened once and read whole: the decoders see exactly the file that was checked.
+    auto read = readRegularFile(path, pdf ? "Can't open PDF" : "Can't open image");
+    if (auto *failed = std::get_if<TabrixError>(&read))
+        return *failed;
+    const QByteArray bytes = std::get<QByteArray>(std::move(read));
     // Said apart from a damaged file: an empty one is usually a download or copy that did not finish.
-    if (const QFileInfo info(path); info.isFile() && info.size() == 0)
+    if (bytes.isEmpty())
         return TabrixError{QStringLiteral("The file is empty")};
-    if (ext == QLatin1String("pdf"))
-        return loadPDF(path, options, report);
-    if (imageExtensions().contains(ext))
-        return loadImage(path, options, report);
-    return TabrixError{QStringLiteral("Unsupported file type")};
+    return pdf ? loadPDF(bytes, options, report) : loadImage(bytes, options, report);
 }
 
 QList<PagePtr> noteCut(QList<PagePtr> pages, int read, int inFile)

@@ -38,8 +38,9 @@ struct LoadOptions {
 };
 
 /// loadPDF (PdfLoader.h) for ".pdf", loadImage (ImageLoader.h) for the image extensions, "Unsupported
-/// file type" otherwise (extensions compared lower-cased). A file of zero bytes fails first with "The file
-/// is empty".
+/// file type" otherwise (extensions compared lower-cased). The file is opened once and read whole
+/// (readRegularFile, FileChecks.h, with its failures); a file of zero bytes fails with "The file is
+/// empty".
 Expected<QList<PagePtr>> load(const QString &path, const LoadOptions &options, const Report &report);
 
 /// `pages` with the cut recorded on the first page (PageData::pagesRead, pagesInFile) when `read` is

@@ -46,19 +46,25 @@ void collect(const QString &dir, QList<Found> &out)
         out.append(Found{dir, qt_error_string(errno)});
         return;
     }
-    QStringList names;
+    QList<std::pair<QString, bool>> names; // and whether the listing says it is a folder
     while (const dirent *entry = ::readdir(listing)) {
         if (entry->d_name[0] != '.')
-            names.append(decodeNativeName(QByteArray(entry->d_name)));
+            names.append({decodeNativeName(QByteArray(entry->d_name)), entry->d_type == DT_DIR});
     }
     ::closedir(listing);
-    for (const QString &name : std::as_const(names)) {
+    for (const auto &[name, listedAsFolder] : std::as_const(names)) {
         const QString path = dir.endsWith(u'/') ? dir + name : dir + u'/' + name;
         const QByteArray native = nativeName(path);
         struct stat target {
         }, link{};
-        if (::stat(native.constData(), &target) != 0 || ::lstat(native.constData(), &link) != 0)
-            continue; // vanished, or a link to nothing
+        if (::stat(native.constData(), &target) != 0 || ::lstat(native.constData(), &link) != 0) {
+            // Vanished, or a link to nothing, is passed over; a document or folder that is there but
+            // cannot be looked at (a path longer than the system takes) fails by name.
+            const int reason = errno;
+            if (reason != ENOENT && (listedAsFolder || isSupported(name)))
+                out.append(Found{path, qt_error_string(reason)});
+            continue;
+        }
         if (S_ISDIR(target.st_mode)) {
             if (!S_ISLNK(link.st_mode) && (hasUndecodableBytes(path) || !QFileInfo(path).isBundle()))
                 collect(path, out);

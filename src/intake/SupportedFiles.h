@@ -28,8 +28,9 @@ struct Found {
 /// order: a supported file is kept as given, a folder contributes every supported file below it (hidden
 /// files and folders and the insides of bundles left out), sorted by full path as a file browser sorts
 /// (case-insensitive, digit runs by value). What cannot be read stays in its place as a failure: a missing
-/// path, a folder (given or below one) that cannot be listed, and a given file with a supported name that
-/// is not a regular file. Paths keep the form they were given in; nothing is de-duplicated here. Names
+/// path, a folder (given or below one) that cannot be listed, a given file with a supported name that
+/// is not a regular file, and a document or folder below one that cannot be looked at (a path longer
+/// than the system takes). Paths keep the form they were given in; nothing is de-duplicated here. Names
 /// that are not valid UTF-8 are found and carried escaped (NativeNames.h).
 QList<Found> expandReporting(const QStringList &paths);
 

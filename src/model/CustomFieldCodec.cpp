@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <QSet>
 #include <QStandardPaths>
 
 namespace CustomFieldCodec {
@@ -74,11 +75,42 @@ std::optional<std::pair<CustomFieldDef, CustomFieldDef>> duplicate(const QList<C
 
 } // namespace
 
+const QStringList &builtInLabels()
+{
+    static const QStringList labels{QStringLiteral("Vendor"),   QStringLiteral("Invoice / receipt no."),
+                                    QStringLiteral("Date"),     QStringLiteral("Due date"),
+                                    QStringLiteral("Currency"), QStringLiteral("Subtotal"),
+                                    QStringLiteral("Tax"),      QStringLiteral("Total")};
+    return labels;
+}
+
+std::optional<QString> nameConflict(const QList<CustomFieldDef> &defs)
+{
+    QHash<QString, QString> taken;
+    for (const QString &label : builtInLabels())
+        taken.insert(label.toCaseFolded(), label);
+    QSet<QString> builtIn(taken.keyBegin(), taken.keyEnd());
+    for (const CustomFieldDef &def : defs) {
+        const QString name = def.name.isEmpty() ? QStringLiteral("Custom field") : def.name;
+        const QString folded = name.toCaseFolded();
+        if (builtIn.contains(folded))
+            return QStringLiteral("The custom field \"%1\" has the name of a built-in field; each field "
+                                  "needs a name of its own.")
+                .arg(name);
+        if (taken.contains(folded))
+            return QStringLiteral("Two custom fields are named \"%1\" (letter case aside); each field needs "
+                                  "a name of its own.")
+                .arg(name);
+        taken.insert(folded, name);
+    }
+    return std::nullopt;
+}
+
 std::optional<QList<CustomFieldDef>> decode(const QJsonArray &array)
 {
     auto defs = decodeEach(array);
-    // Two fields with one id would show one field's value twice.
-    if (!defs || duplicate(*defs))
+    // Two fields with one id would show one field's value twice; two with one name export one value.
+    if (!defs || duplicate(*defs) || nameConflict(*defs))
         return std::nullopt;
     return defs;
 }
@@ -105,6 +137,8 @@ Expected<QList<CustomFieldDef>> read(const QByteArray &json)
                            "each field needs its own id.")
                 .arg(uuidText(twice->first.id), twice->first.name, twice->second.name)};
     }
+    if (const auto conflict = nameConflict(*defs))
+        return TabrixError{*conflict};
     return *defs;
 }
 

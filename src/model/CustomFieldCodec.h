@@ -6,11 +6,13 @@
 #include <QByteArray>
 #include <QJsonArray>
 #include <QList>
+#include <QStringList>
 #include <optional>
 
 /// Custom field definition lists in their JSON form: an array of objects with exactly the members
 /// "id" (canonical UUID text), "isRegex" (bool), "name" and "pattern" (strings). Decoding is strict:
-/// any missing member, wrong type, malformed UUID or an id given twice rejects the whole list.
+/// any missing member, wrong type, malformed UUID, an id given twice or a name conflict (nameConflict)
+/// rejects the whole list.
 namespace CustomFieldCodec {
 
 /// The custom-fields file text of `defs`, in list order: our JSON text form with sorted keys and
@@ -20,8 +22,17 @@ QByteArray encode(const QList<CustomFieldDef> &defs);
 std::optional<QList<CustomFieldDef>> decode(const QJsonArray &array);
 std::optional<QList<CustomFieldDef>> decode(const QByteArray &json);
 
-/// The definitions in custom-fields file text, or the message for the user: notAFileMessage(), or for
-/// an id given twice a message naming it and the two fields.
+/// The labels of the built-in fields, which a custom field may not take: its values and confidences are
+/// exported under its name beside theirs.
+const QStringList &builtInLabels();
+
+/// Why `defs` cannot be exported side by side, for the user: a name given twice (letter case ignored; an
+/// empty name counts as "Custom field", the label it is shown with) or a built-in field's label.
+/// Nothing when every name is its own.
+std::optional<QString> nameConflict(const QList<CustomFieldDef> &defs);
+
+/// The definitions in custom-fields file text, or the message for the user: notAFileMessage(), for
+/// an id given twice a message naming it and the two fields, or the nameConflict.
 Expected<QList<CustomFieldDef>> read(const QByteArray &json);
 /// read() on the file at `path`; a file that cannot be read gives its path and the system's reason.
 Expected<QList<CustomFieldDef>> readFile(const QString &path);

@@ -2,6 +2,7 @@
 
 #include "Doubts.h"
 #include "Money.h"
+#include "TypedValue.h"
 
 #include <QFileInfo>
 
@@ -26,6 +27,8 @@ void DocItem::setProgress(double progress)
 
 void DocItem::setApproved(bool approved)
 {
+    if (approved && !approvalBlock().isEmpty())
+        return;
     m_approved = approved;
     emit changed();
 }
@@ -99,4 +102,57 @@ std::optional<ItemsTotal> DocItem::itemsTotal() const
 QString DocItem::value(const QString &key) const
 {
     return fieldValue(m_fields, key);
+}
+
+namespace {
+
+// The typed value in its exported form, or as typed when it is not of its kind (approval stops that).
+QString exportedForm(const QString &text, TypedValue::Kind kind)
+{
+    return TypedValue::exported(text, kind, Money::userLocale()).value_or(text);
+}
+
+} // namespace
+
+DocRecord DocItem::record() const
+{
+    DocRecord record{m_path, m_fields, m_items};
+    for (Field &f : record.fields) {
+        if (f.edited && !f.isCustom)
+            f.value = exportedForm(f.value, TypedValue::ofField(f.key));
+    }
+    for (LineItem &item : record.items) {
+        if (!item.edited)
+            continue;
+        item.quantity = exportedForm(item.quantity, TypedValue::Kind::Quantity);
+        item.unitPrice = exportedForm(item.unitPrice, TypedValue::Kind::Amount);
+        item.amount = exportedForm(item.amount, TypedValue::Kind::Amount);
+    }
+    return record;
+}
+
+QString DocItem::approvalBlock() const
+{
+    const QLocale locale = Money::userLocale();
+    for (const Field &f : m_fields) {
+        if (!f.edited || f.isCustom)
+            continue;
+        if (const QString problem = TypedValue::problem(f.value, TypedValue::ofField(f.key), locale);
+            !problem.isEmpty())
+            return f.label + QStringLiteral(": ") + problem;
+    }
+    for (qsizetype i = 0; i < m_items.size(); ++i) {
+        const LineItem &item = m_items[i];
+        if (!item.edited)
+            continue;
+        const std::pair<LineItem::Column, const QString *> typed[] = {{LineItem::Quantity, &item.quantity},
+                                                                      {LineItem::UnitPrice, &item.unitPrice},
+                                                                      {LineItem::Amount, &item.amount}};
+        for (const auto &[column, text] : typed) {
+            if (const QString problem = TypedValue::problem(*text, TypedValue::ofColumn(column), locale);
+                !problem.isEmpty())
+                return QStringLiteral("Line %1: ").arg(i + 1) + problem;
+        }
+    }
+    return {};
 }

@@ -42,6 +42,7 @@ public:
 
     void setStatus(const DocStatus &status);
     void setProgress(double progress);
+    /// Approving does nothing while approvalBlock() names a reason; withdrawing always works.
     void setApproved(bool approved);
     void setFields(const QList<Field> &fields);
     void setItems(const QList<LineItem> &items);
@@ -64,8 +65,12 @@ public:
 
     /// The value of the first field keyed exactly `key`, or "" when there is none.
     QString value(const QString &key) const;
-    /// What an export writes of this document, as it is now.
-    DocRecord record() const { return {m_path, m_fields, m_items}; }
+    /// What an export writes of this document, as it is now; amounts, quantities and dates typed by hand
+    /// in the form exports write them (TypedValue::exported), so every format agrees.
+    DocRecord record() const;
+    /// Why the document cannot be approved now: the first value typed by hand that is not what its box
+    /// takes (an amount, a quantity, a date), in a sentence; empty when approval may go ahead.
+    QString approvalBlock() const;
 
 signals:
     void changed();

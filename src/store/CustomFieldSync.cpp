@@ -56,14 +56,12 @@ void CustomFieldSync::sync(const QList<DocPtr> &docs, const QList<CustomFieldDef
     watcher->setFuture(QtConcurrent::run(&m_pool, [work = std::move(work)] {
         Result result;
         for (const Work &w : work) {
-            QList<Field> fields;
-            for (const CustomFieldDef &def : w.pending) {
-                bool abandoned = false;
-                fields.append(Extractor::extractCustom(def, w.rows, &abandoned));
-                if (abandoned)
-                    result.slow.append(def.id);
-            }
-            result.fields.append({w.doc, fields});
+            // One matching budget per document for all its pending patterns, as when it was read.
+            QList<QUuid> slow;
+            result.fields.append({w.doc, Extractor::extractCustomFields(w.pending, w.rows, &slow)});
+            for (const QUuid &id : slow)
+                if (!result.slow.contains(id))
+                    result.slow.append(id);
         }
         return result;
     }));

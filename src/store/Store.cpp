@@ -230,7 +230,7 @@ void Store::move(int delta)
 void Store::approveAndNext()
 {
     const DocPtr d = selected();
-    if (!d || d->status().kind() != DocStatus::Ready)
+    if (!d || d->status().kind() != DocStatus::Ready || !d->approvalBlock().isEmpty())
         return;
     d->setApproved(true);
     move(+1);

@@ -5,6 +5,7 @@
 #include "Theme.h"
 #include "extract/CustomField.h"
 #include "extract/Regex.h"
+#include "model/CustomFieldCodec.h"
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
@@ -87,6 +88,12 @@ CustomFieldsDialog::CustomFieldsDialog(Store &store, QWidget *parent) : QDialog(
     explanation->setWordWrap(true);
     explanation->setStyleSheet(QStringLiteral("color: %1").arg(Theme::secondaryText().name()));
     layout->addWidget(explanation);
+    m_manyPatterns = new QLabel;
+    m_manyPatterns->setObjectName(QStringLiteral("manyPatterns"));
+    m_manyPatterns->setWordWrap(true);
+    m_manyPatterns->setStyleSheet(QStringLiteral("color: %1").arg(Theme::red().name()));
+    m_manyPatterns->hide();
+    layout->addWidget(m_manyPatterns);
 
     auto *rows = new QWidget;
     m_rowsLayout = new QVBoxLayout(rows);
@@ -205,6 +212,7 @@ void CustomFieldsDialog::rebuild()
     m_rows.clear();
     m_written = m_store.customFields();
     m_none->setVisible(m_written.isEmpty());
+    showPatternCount(m_written);
 
     for (qsizetype i = 0; i < m_written.size(); ++i) {
         const CustomFieldDef &def = m_written[i];
@@ -242,8 +250,21 @@ void CustomFieldsDialog::rebuild()
         h->addWidget(row.remove);
         showState(row, def);
 
-        connect(row.name, &QLineEdit::textEdited, this,
-                [this, id](const QString &text) { change(id, [&](CustomFieldDef &d) { d.name = text; }); });
+        connect(row.name, &QLineEdit::textEdited, this, [this, id, edit = row.name](const QString &text) {
+            // A name another field or a built-in one has is refused: the export would keep one value.
+            QList<CustomFieldDef> defs = m_store.customFields();
+            for (CustomFieldDef &d : defs) {
+                if (d.id == id)
+                    d.name = text;
+            }
+            const std::optional<QString> conflict = CustomFieldCodec::nameConflict(defs);
+            edit->setToolTip(conflict.value_or(QString()));
+            edit->setStyleSheet(
+                conflict ? QStringLiteral("QLineEdit { border: 1.5px solid %1; }").arg(Theme::red().name())
+                         : QString());
+            if (!conflict)
+                change(id, [&](CustomFieldDef &d) { d.name = text; });
+        });
         connect(row.pattern, &QLineEdit::textEdited, this, [this, id](const QString &text) {
             change(id, [&](CustomFieldDef &d) { d.pattern = text; });
         });
@@ -274,6 +295,19 @@ void CustomFieldsDialog::showState(const Row &row, const CustomFieldDef &def)
     row.pattern->setToolTip(problem);
 }
 
+void CustomFieldsDialog::showPatternCount(const QList<CustomFieldDef> &defs)
+{
+    const auto count =
+        std::count_if(defs.cbegin(), defs.cend(), [](const CustomFieldDef &d) { return d.isRegex; });
+    // All patterns of a document share one time budget, so past a few dozen the last ones go empty.
+    m_manyPatterns->setVisible(count > Extractor::manyPatterns);
+    m_manyPatterns->setText(
+        QStringLiteral("%1 regular expressions: each document gives all of them together a limited time, so "
+                       "with this many the later ones may be left empty. Keep at most %2.")
+            .arg(count)
+            .arg(Extractor::manyPatterns));
+}
+
 void CustomFieldsDialog::change(const QUuid &id, const std::function<void(CustomFieldDef &)> &edit)
 {
     QList<CustomFieldDef> defs = m_store.customFields();
@@ -287,6 +321,7 @@ void CustomFieldsDialog::change(const QUuid &id, const std::function<void(Custom
         }
         m_written = defs;
         m_store.setCustomFields(defs);
+        showPatternCount(defs);
         return;
     }
 }
@@ -294,9 +329,11 @@ void CustomFieldsDialog::change(const QUuid &id, const std::function<void(Custom
 void CustomFieldsDialog::addField()
 {
     CustomFieldDef def; // a fresh id, keyword mode
-    def.name = QStringLiteral("New field");
     QList<CustomFieldDef> defs = m_store.customFields();
     defs.append(def);
+    // "New field", else "New field 2", …: names must stay apart.
+    for (int n = 1; defs.last().name.isEmpty() || CustomFieldCodec::nameConflict(defs); ++n)
+        defs.last().name = n == 1 ? QStringLiteral("New field") : QStringLiteral("New field %1").arg(n);
     m_store.setCustomFields(defs); // differs from what is shown, so the rows are rebuilt
     if (!m_rows.isEmpty()) {
         m_rows.constLast().name->setFocus();

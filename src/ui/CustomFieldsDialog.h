@@ -61,6 +61,7 @@ private:
 
     void rebuild();
     void showState(const Row &row, const CustomFieldDef &def);
+    void showPatternCount(const QList<CustomFieldDef> &defs);
     void change(const QUuid &id, const std::function<void(CustomFieldDef &)> &edit);
     void addField();
     void removeField(const QUuid &id);
@@ -68,6 +69,7 @@ private:
     Store &m_store;
     QVBoxLayout *m_rowsLayout;
     QLabel *m_none;
+    QLabel *m_manyPatterns; // shown when the definitions hold more patterns than a document has time for
     QList<Row> m_rows;
     QList<CustomFieldDef> m_written; // what this sheet last wrote, to tell its own changes from others'
 };

@@ -1,12 +1,14 @@
 #include "FormPane.h"
 
 #include "ConfidenceBadge.h"
+#include "Flags.h"
 #include "FocusHighlight.h"
 #include "LineItemGrid.h"
 #include "SymbolLabel.h"
 #include "Theme.h"
 #include "ValueEdit.h"
-#include "model/Doubts.h"
+#include "model/Money.h"
+#include "model/TypedValue.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -67,6 +69,15 @@ QLineEdit *FormPane::fieldEdit(const QString &key) const
     return nullptr;
 }
 
+QLabel *FormPane::note(const QString &key) const
+{
+    for (const FieldRow &row : m_fieldRows) {
+        if (row.key == key)
+            return row.note;
+    }
+    return nullptr;
+}
+
 ConfidenceBadge *FormPane::badge(const QString &key) const
 {
     for (const FieldRow &row : m_fieldRows) {
@@ -99,14 +110,35 @@ void FormPane::refresh()
         sameFields = fields[i].key == m_fieldRows[i].key;
     if (!sameFields)
         rebuildFields();
-    const QList<Doubt> doubts = Doubts::of(fields, m_doc->items());
+    const QList<Flags::Flag> flags = Flags::of(*m_doc, m_store.slowPatterns());
+    const QLocale locale = Money::userLocale();
     for (qsizetype i = 0; i < fields.size(); ++i) {
         const Field &f = fields[i];
         FieldRow &row = m_fieldRows[i];
         row.label->setText(f.label);
         if (row.edit->text() != f.value)
             row.edit->setValue(f.value);
-        row.badge->setState(f.confidence, f.edited, f.value.isEmpty(), Doubts::reasonsFor(doubts, f.key));
+        const QStringList reasons = Flags::reasonsFor(flags, f.key);
+        row.badge->setState(f.confidence, f.edited, f.value.isEmpty(), reasons);
+        // Reasons in the form itself, not only in the badge's tooltip; an invalid typed value in red.
+        const bool invalid = std::any_of(flags.cbegin(), flags.cend(), [&](const Flags::Flag &flag) {
+            return flag.key == f.key && flag.invalid;
+        });
+        QStringList lines = reasons;
+        if (f.edited && !f.isCustom) {
+            // A typed amount or date in another form than the export's says how it will be written.
+            const std::optional<QString> exported =
+                TypedValue::exported(f.value, TypedValue::ofField(f.key), locale);
+            if (exported && *exported != f.value)
+                lines.append(QStringLiteral("Exported as ") + *exported);
+        }
+        const QString note = lines.join(QLatin1Char('\n'));
+        const QColor color = invalid             ? Theme::red()
+                             : reasons.isEmpty() ? Theme::secondaryText()
+                                                 : Theme::orange();
+        row.note->setText(note);
+        row.note->setStyleSheet(QStringLiteral("color: %1").arg(color.name()));
+        row.note->setVisible(!note.isEmpty());
     }
     m_lineItems->refresh();
 }
@@ -115,7 +147,7 @@ void FormPane::rebuildFields()
 {
     // A widget of the old rows may be the sender of the signal that caused the rebuild: delete them later.
     for (const FieldRow &row : std::as_const(m_fieldRows)) {
-        for (QWidget *widget : std::initializer_list<QWidget *>{row.label, row.edit, row.badge}) {
+        for (QWidget *widget : std::initializer_list<QWidget *>{row.label, row.edit, row.badge, row.note}) {
             m_fieldsGrid->removeWidget(widget);
             widget->hide();
             widget->deleteLater();
@@ -125,17 +157,40 @@ void FormPane::rebuildFields()
     const QList<Field> &fields = m_doc->fields();
     for (qsizetype i = 0; i < fields.size(); ++i) {
         const QString key = fields[i].key;
-        FieldRow row{key, new QLabel, new ValueEdit, new ConfidenceBadge};
+        FieldRow row{key, new QLabel, new ValueEdit, new ConfidenceBadge, new QLabel};
         row.edit->setObjectName(QStringLiteral("field-") + key);
         row.edit->setClearButtonEnabled(false);
         row.label->setBuddy(row.edit);
         row.label->setMinimumWidth(84);
-        m_fieldsGrid->addWidget(row.label, int(i), 0);
-        m_fieldsGrid->addWidget(row.edit, int(i), 1);
-        m_fieldsGrid->addWidget(row.badge, int(i), 2, Qt::AlignVCenter);
+        row.note->setObjectName(QStringLiteral("note-") + key);
+        row.note->setWordWrap(true);
+        row.note->setFont(Theme::caption());
+        row.note->hide();
+        // Each field takes two grid rows: its box, then the note under it.
+        m_fieldsGrid->addWidget(row.label, int(2 * i), 0);
+        m_fieldsGrid->addWidget(row.edit, int(2 * i), 1);
+        m_fieldsGrid->addWidget(row.badge, int(2 * i), 2, Qt::AlignVCenter);
+        m_fieldsGrid->addWidget(row.note, int(2 * i + 1), 1, 1, 2);
         connect(row.edit, &QLineEdit::textEdited, this,
                 [this, key](const QString &text) { m_doc->editField(key, text); });
+        connect(row.edit, &QLineEdit::editingFinished, this, [this, key] { commitTyped(key); });
         m_focus->watch(row.edit, key);
         m_fieldRows.append(row);
+    }
+}
+
+void FormPane::commitTyped(const QString &key)
+{
+    for (const Field &f : m_doc->fields()) {
+        if (f.key != key)
+            continue;
+        // Only what the user typed: an extracted value stays as it was read.
+        if (!f.edited || f.isCustom)
+            return;
+        const std::optional<QString> exported =
+            TypedValue::exported(f.value, TypedValue::ofField(key), Money::userLocale());
+        if (exported && *exported != f.value)
+            m_doc->editField(key, *exported);
+        return;
     }
 }

@@ -7,9 +7,11 @@
 #include "Theme.h"
 #include "ValueEdit.h"
 #include "model/Money.h"
+#include "model/TypedValue.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QToolButton>
@@ -105,12 +107,20 @@ void LineItemGrid::refresh()
         sameItems = items[i].id == m_rows[i].id;
     if (!sameItems)
         rebuild();
+    const QLocale locale = Money::userLocale();
     for (qsizetype i = 0; i < items.size(); ++i) {
         const LineItem &item = items[i];
         const QString values[] = {item.description, item.quantity, item.unitPrice, item.amount};
         for (int c = 0; c < 4; ++c) {
-            if (m_rows[i].edits[c]->text() != values[c])
-                m_rows[i].edits[c]->setValue(values[c]);
+            ValueEdit *edit = m_rows[i].edits[c];
+            if (edit->text() != values[c])
+                edit->setValue(values[c]);
+            // A typed number that is not one is framed red, its reason in the tooltip and the approval bar.
+            const QString problem =
+                item.edited
+                    ? TypedValue::problem(values[c], TypedValue::ofColumn(LineItem::Column(c)), locale)
+                    : QString();
+            edit->setProblem(problem);
         }
     }
     m_table->setVisible(!items.isEmpty());
@@ -149,15 +159,64 @@ void LineItemGrid::rebuild()
             const auto column = LineItem::Column(c);
             connect(edit, &QLineEdit::textEdited, this,
                     [this, id, column](const QString &text) { m_doc->editItem(id, column, text); });
+            connect(edit, &QLineEdit::editingFinished, this, [this, id, column] { commitTyped(id, column); });
             m_focus.watch(edit, key);
+            edit->installEventFilter(this);
             row.edits[c] = edit;
         }
         row.remove->setIcon(Icons::icon(QStringLiteral("minus.circle"), Theme::red()));
         row.remove->setToolTip(QStringLiteral("Remove this line"));
         row.remove->setAutoRaise(true);
+        // Out of the Tab chain: Tab from the last amount must not land where Space deletes the line.
+        row.remove->setFocusPolicy(Qt::NoFocus);
         m_grid->addWidget(row.remove, int(i) + 1, 4);
         connect(row.remove, &QToolButton::clicked, this, [this, id] { m_doc->removeItem(id); });
         m_rows.append(row);
+    }
+}
+
+bool LineItemGrid::eventFilter(QObject *watched, QEvent *event)
+{
+    // Delete in an empty box removes its line: there is no text it could delete instead.
+    if (event->type() != QEvent::KeyPress || static_cast<QKeyEvent *>(event)->key() != Qt::Key_Delete ||
+        static_cast<QKeyEvent *>(event)->modifiers() != Qt::NoModifier)
+        return QWidget::eventFilter(watched, event);
+    for (qsizetype i = 0; i < m_rows.size(); ++i) {
+        const Row &row = m_rows[i];
+        const auto column = std::find(std::begin(row.edits), std::end(row.edits), watched);
+        if (column == std::end(row.edits) || !(*column)->text().isEmpty())
+            continue;
+        removeRow(i, int(column - std::begin(row.edits)));
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void LineItemGrid::removeRow(qsizetype row, int column)
+{
+    // The focus stays in the grid, on the same column of the line that takes the removed one's place,
+    // else of the one above, else on "Add line".
+    m_doc->removeItem(m_rows[row].id); // the document redraws the rows at once
+    const qsizetype next = std::min(row, m_rows.size() - 1);
+    if (next >= 0)
+        m_rows[next].edits[column]->setFocus(Qt::TabFocusReason);
+    else
+        m_addLine->setFocus(Qt::TabFocusReason);
+}
+
+void LineItemGrid::commitTyped(const QUuid &id, LineItem::Column column)
+{
+    for (const LineItem &item : m_doc->items()) {
+        if (item.id != id || !item.edited)
+            continue;
+        const QString text = column == LineItem::Quantity    ? item.quantity
+                             : column == LineItem::UnitPrice ? item.unitPrice
+                             : column == LineItem::Amount    ? item.amount
+                                                             : QString();
+        const std::optional<QString> exported =
+            TypedValue::exported(text, TypedValue::ofColumn(column), Money::userLocale());
+        if (column != LineItem::Description && exported && *exported != text)
+            m_doc->editItem(id, column, *exported);
     }
 }
 

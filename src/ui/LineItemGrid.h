@@ -15,7 +15,8 @@ class ValueEdit;
 
 /// The editable line-item table of the review form: a row of boxes per item with its remove button,
 /// "Add line" below, and the items total compared with the subtotal. Each edit goes straight into the
-/// document; each box highlights its item while focused. The form calls `refresh` when the document
+/// document; each box highlights its item while focused. The remove buttons take no keyboard focus;
+/// Delete in an empty box removes its line. The form calls `refresh` when the document
 /// changes, after its fields, so the fields come first in the tab order.
 class LineItemGrid : public QWidget {
     Q_OBJECT
@@ -30,6 +31,9 @@ public:
     /// Brings the rows and the total in line with the document.
     void refresh();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     struct Row {
         QUuid id;
@@ -40,6 +44,10 @@ private:
     void rebuild();
     void refreshTotal();
     void addItem();
+    /// Puts a valid number typed into a column of item `id` in the form exports write.
+    void commitTyped(const QUuid &id, LineItem::Column column);
+    /// Removes line `row` and keeps the focus in the grid, in `column`.
+    void removeRow(qsizetype row, int column);
 
     DocPtr m_doc;
     FocusHighlight &m_focus;

@@ -6,6 +6,7 @@
 #include "FormPane.h"
 #include "Icons.h"
 #include "ReviewView.h"
+#include "SafeFocus.h"
 #include "SidebarView.h"
 
 #include <QAction>
@@ -28,6 +29,7 @@
 #include <QStackedWidget>
 #include <QToolBar>
 #include <QToolButton>
+#include <QWindow>
 
 namespace {
 
@@ -48,8 +50,7 @@ MainWindow::MainWindow(Store &store, QWidget *parent) : QMainWindow(parent), m_s
     setAcceptDrops(true);
 
     auto *content = new QWidget;
-    // Small enough for a 1366 × 768 laptop with a panel, or a larger screen scaled by 150 %.
-    content->setMinimumSize(760, 480);
+    m_content = content;
     auto *layout = new QHBoxLayout(content);
     layout->setContentsMargins(0, 0, 0, 0);
     auto *split = new QSplitter(Qt::Horizontal);
@@ -82,6 +83,8 @@ MainWindow::MainWindow(Store &store, QWidget *parent) : QMainWindow(parent), m_s
 
     buildMenu();
     buildToolBar();
+    followScreen();
+    connect(new SafeFocus::Home(this), &SafeFocus::Home::stranded, this, &MainWindow::focusWork);
 
     // Drags are watched for every widget of this window: text boxes would otherwise take a dragged
     // file as text, and the drop is meant for the whole window.
@@ -104,6 +107,37 @@ MainWindow::~MainWindow()
 
 void MainWindow::buildMenu()
 {
+    QMenu *file = menuBar()->addMenu(QStringLiteral("File"));
+    file->setObjectName(QStringLiteral("fileMenu"));
+    QAction *open = file->addAction(Icons::icon(QStringLiteral("plus")), QStringLiteral("Open\u2026"));
+    open->setObjectName(QStringLiteral("open"));
+    open->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_O));
+    connect(open, &QAction::triggered, &m_store, &Store::openPanel);
+    // Commands on whole batches go after this separator.
+    file->addSeparator()->setObjectName(QStringLiteral("batchCommands"));
+    m_exportMenu =
+        file->addMenu(Icons::icon(QStringLiteral("square.and.arrow.up")), QStringLiteral("Export"));
+    m_exportMenu->setObjectName(QStringLiteral("exportMenu"));
+    const struct {
+        const char *name;
+        QString text;
+        void (Store::*run)();
+    } exports[] = {{"exportCSV", QStringLiteral("CSV\u2026"), &Store::exportCSV},
+                   {"exportJSON", QStringLiteral("JSON\u2026"), &Store::exportJSON},
+                   {"exportXLSX", QStringLiteral("Excel (.xlsx)\u2026"), &Store::exportXLSX}};
+    for (const auto &entry : exports) {
+        QAction *action = m_exportMenu->addAction(entry.text);
+        action->setObjectName(QLatin1String(entry.name));
+        connect(action, &QAction::triggered, &m_store, entry.run);
+    }
+    file->addSeparator();
+    QAction *quit = file->addAction(QStringLiteral("Quit"));
+    quit->setObjectName(QStringLiteral("quit"));
+    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    quit->setMenuRole(QAction::QuitRole);
+    // Through the window's close, which asks before unexported approvals are lost.
+    connect(quit, &QAction::triggered, this, &QWidget::close);
+
     QMenu *review = menuBar()->addMenu(QStringLiteral("Review"));
     QAction *next = review->addAction(QStringLiteral("Next Document"));
     next->setObjectName(QStringLiteral("nextDocument"));
@@ -116,7 +150,7 @@ void MainWindow::buildMenu()
     approve->setObjectName(QStringLiteral("approveAndNext"));
     approve->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
     // The shortcuts work wherever focus is in the window, text boxes included.
-    for (QAction *action : {next, previous, approve})
+    for (QAction *action : {open, quit, next, previous, approve})
         action->setShortcutContext(Qt::WindowShortcut);
     connect(next, &QAction::triggered, this, [this] { m_store.move(+1); });
     connect(previous, &QAction::triggered, this, [this] { m_store.move(-1); });
@@ -126,6 +160,7 @@ void MainWindow::buildMenu()
 void MainWindow::buildToolBar()
 {
     QToolBar *bar = addToolBar(QStringLiteral("Toolbar"));
+    m_toolBar = bar;
     bar->setObjectName(QStringLiteral("toolbar"));
     bar->setMovable(false);
     bar->setFloatable(false);
@@ -169,17 +204,6 @@ void MainWindow::buildToolBar()
     copy->setToolTip(QStringLiteral("Copy approved documents as tab-separated text"));
     connect(copy, &QAction::triggered, &m_store, &Store::copyTSV);
 
-    auto *exportMenu = new QMenu(this);
-    exportMenu->setObjectName(QStringLiteral("exportMenu"));
-    QAction *csv = exportMenu->addAction(QStringLiteral("CSV\u2026"));
-    csv->setObjectName(QStringLiteral("exportCSV"));
-    QAction *json = exportMenu->addAction(QStringLiteral("JSON\u2026"));
-    json->setObjectName(QStringLiteral("exportJSON"));
-    QAction *xlsx = exportMenu->addAction(QStringLiteral("Excel (.xlsx)\u2026"));
-    xlsx->setObjectName(QStringLiteral("exportXLSX"));
-    connect(csv, &QAction::triggered, &m_store, &Store::exportCSV);
-    connect(json, &QAction::triggered, &m_store, &Store::exportJSON);
-    connect(xlsx, &QAction::triggered, &m_store, &Store::exportXLSX);
     auto *exportButton = new QToolButton;
     exportButton->setObjectName(QStringLiteral("export"));
     exportButton->setText(QStringLiteral("Export"));
@@ -192,7 +216,7 @@ void MainWindow::buildToolBar()
         "QToolButton#export { padding-right: 16px; }"
         "QToolButton#export::menu-indicator { subcontrol-origin: padding; subcontrol-position: center right; "
         "right: 3px; }"));
-    exportButton->setMenu(exportMenu);
+    exportButton->setMenu(m_exportMenu);
     bar->addWidget(exportButton);
 
     QAction *custom =
@@ -264,8 +288,35 @@ QSize MainWindow::fitted(const QSize &size, const QRect &available)
     return size.boundedTo(available.size() - QSize(16, 48)).expandedTo(QSize(1, 1));
 }
 
+QSize MainWindow::contentMinimum(const QRect &available, const QSize &chrome)
+{
+    // The queue and a readable form side by side where there is room; on a small or scaled screen
+    // (1366 × 768 at 150 % leaves about 910 × 480) the panes scroll instead of pushing the window off it.
+    const QSize wanted(760, 480);
+    return wanted.boundedTo(available.size() - chrome).expandedTo(QSize(480, 240));
+}
+
+void MainWindow::followScreen()
+{
+    const QScreen *screen = this->screen();
+    if (!screen)
+        return;
+    // Room for the frame and title bar, the menu bar and the toolbar.
+    const int bars = menuBar()->sizeHint().height() + m_toolBar->sizeHint().height();
+    m_content->setMinimumSize(contentMinimum(screen->availableGeometry(), QSize(16, 48 + bars)));
+}
+
+void MainWindow::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    if (QWindow *handle = windowHandle())
+        connect(handle, &QWindow::screenChanged, this, &MainWindow::followScreen, Qt::UniqueConnection);
+    followScreen();
+}
+
 void MainWindow::restoreLayout(const QSize &preferred)
 {
+    followScreen();
     QSettings settings = layoutSettings();
     const bool restored = restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
     if (const QScreen *screen = this->screen()) {

@@ -9,14 +9,16 @@
 
 class DropHighlight;
 class QComboBox;
+class QMenu;
 class QSplitter;
 class QStackedWidget;
+class QToolBar;
 class QToolButton;
 class ReviewView;
 class SidebarView;
 
 /// The one window of the application: the queue at the left, the review screen (or the empty state)
-/// at the right, the "Review" menu and the toolbar. It takes drops of files and folders anywhere,
+/// at the right, the "File" and "Review" menus and the toolbar. It takes drops of files and folders anywhere,
 /// shows every message of the store in an alert titled "Tabrix", and opens the custom fields sheet.
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -41,6 +43,10 @@ public:
     void restoreLayout(const QSize &preferred);
     /// `size` shrunk to fit `available` (a screen's available geometry) with room for a title bar.
     static QSize fitted(const QSize &size, const QRect &available);
+    /// The least size of the window's content on a screen whose available area is `available`, when
+    /// `chrome` (frame, title, menu and tool bars) takes the rest: as much as the panes want, as little as
+    /// the screen leaves.
+    static QSize contentMinimum(const QRect &available, const QSize &chrome);
     /// The splitter between the queue and the review side.
     QSplitter *splitter() const { return m_split; }
 
@@ -52,6 +58,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     /// Asks the store first (Store::mayQuit); an answer of "Cancel" keeps the window open.
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     void buildMenu();
@@ -59,16 +66,21 @@ private:
     void showSelected();
     void showAlert();
     void saveLayout() const;
+    /// Sets the content's least size for the screen the window is on.
+    void followScreen();
     bool handleDragEvent(QEvent *event);
 
     Store &m_store;
     SidebarView *m_sidebar;
+    QWidget *m_content;
+    QToolBar *m_toolBar = nullptr;
     QSplitter *m_split;
     QStackedWidget *m_right;
     QWidget *m_empty;
     ReviewView *m_review = nullptr;
     DropHighlight *m_dropHighlight;
     QComboBox *m_layoutPicker = nullptr;
+    QMenu *m_exportMenu = nullptr; // in the File menu and behind the toolbar's Export button
     QPointer<CustomFieldsDialog> m_customFields;
     QPointer<QMessageBox> m_alert;
     QByteArray m_reviewSplit;

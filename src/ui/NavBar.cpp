@@ -45,6 +45,14 @@ NavBar::NavBar(Store &store, const DocPtr &doc, QWidget *parent) : QWidget(paren
     approved->addWidget(m_undo);
     layout->addWidget(m_approvedBox);
 
+    // Why approval waits (a value typed in the form that is not what its box takes), beside the buttons.
+    m_blocked = new QLabel;
+    m_blocked->setObjectName(QStringLiteral("approvalBlock"));
+    m_blocked->setStyleSheet(QStringLiteral("color: %1").arg(Theme::red().name()));
+    m_blocked->setWordWrap(true);
+    m_blocked->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    layout->addWidget(m_blocked, 1);
+
     m_approve = new QPushButton(QStringLiteral("Approve"));
     m_approve->setObjectName(QStringLiteral("approve"));
     // "&&" shows one ampersand: a single one would mark a mnemonic.
@@ -82,5 +90,9 @@ void NavBar::refresh()
     m_approvedBox->setVisible(approved);
     m_approve->setVisible(!approved);
     m_approveNext->setVisible(!approved);
-    m_approve->setEnabled(m_doc->status().kind() == DocStatus::Ready);
+    const QString block = m_doc->approvalBlock();
+    m_blocked->setText(approved ? QString() : block);
+    m_blocked->setVisible(!approved && !block.isEmpty());
+    m_approve->setEnabled(m_doc->status().kind() == DocStatus::Ready && block.isEmpty());
+    m_approveNext->setEnabled(block.isEmpty());
 }

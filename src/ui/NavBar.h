@@ -9,7 +9,8 @@ class QPushButton;
 class SymbolLabel;
 
 /// The bar above a document under review: previous and next, the position in the batch, and the
-/// approval controls ("Approve", "Approve & Next", or the approved mark with "Undo approval").
+/// approval controls ("Approve", "Approve & Next", or the approved mark with "Undo approval"). While a
+/// value typed in the form is not what its box takes, approval is disabled and the bar says why.
 class NavBar : public QWidget {
     Q_OBJECT
 public:
@@ -28,6 +29,7 @@ private:
     QPushButton *m_next;
     QWidget *m_approvedBox;
     QPushButton *m_undo;
+    QLabel *m_blocked;
     QPushButton *m_approve;
     QPushButton *m_approveNext;
 };

@@ -113,9 +113,23 @@ QRectF fitRect(const QSizeF &imageSize, const QRectF &area)
 
 QRectF toDisplay(const QRectF &normalised, const QRectF &imageRect)
 {
-    return QRectF(imageRect.x() + normalised.x() * imageRect.width(),
-                  imageRect.y() + normalised.y() * imageRect.height(), normalised.width() * imageRect.width(),
-                  normalised.height() * imageRect.height());
+    return pageToDisplay(imageRect, 0).mapRect(normalised);
+}
+
+QTransform pageToDisplay(const QRectF &imageRect, int quarterTurns)
+{
+    const double l = imageRect.left(), t = imageRect.top(), w = imageRect.width(), h = imageRect.height();
+    // x' = m11·x + m21·y + dx, y' = m12·x + m22·y + dy; the page's top left goes to the turned corner.
+    switch (((quarterTurns % 4) + 4) % 4) {
+    case 1:
+        return QTransform(0, h, -w, 0, l + w, t);
+    case 2:
+        return QTransform(-w, 0, 0, -h, l + w, t + h);
+    case 3:
+        return QTransform(0, -h, w, 0, l, t + h);
+    default:
+        return QTransform(w, 0, 0, h, l, t);
+    }
 }
 
 } // namespace Outlines

@@ -7,6 +7,7 @@
 #include <QRectF>
 #include <QSizeF>
 #include <QString>
+#include <QTransform>
 
 /// The colour classes of outlines: confident or edited values, doubtful values, line items.
 enum class OutlineKind { Detected, LowConfidence, LineItem };
@@ -54,5 +55,9 @@ QRectF fitRect(const QSizeF &imageSize, const QRectF &area);
 
 /// A normalised page rectangle in the coordinates of an image displayed at `imageRect`.
 QRectF toDisplay(const QRectF &normalised, const QRectF &imageRect);
+
+/// The map from normalised page coordinates to a display where the page, turned clockwise by
+/// `quarterTurns` × 90°, fills `imageRect` (the turned page's rectangle), so outlines turn with it.
+QTransform pageToDisplay(const QRectF &imageRect, int quarterTurns);
 
 } // namespace Outlines

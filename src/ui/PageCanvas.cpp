@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr int margin = 12;
 constexpr double letterAspect = 8.5 / 11.0; // the blank page drawn when a page has no image
 
 } // namespace
@@ -23,6 +22,7 @@ void PageCanvas::setPage(const PagePtr &page)
         return;
     m_page = page;
     m_scaled = QPixmap();
+    updateGeometry();
     update();
 }
 
@@ -49,10 +49,53 @@ QSizeF PageCanvas::pageSize() const
     return QSizeF(1100 * letterAspect, 1100);
 }
 
+QSizeF PageCanvas::turnedPageSize() const
+{
+    const QSizeF size = pageSize();
+    return m_turns % 2 ? size.transposed() : size;
+}
+
+void PageCanvas::setQuarterTurns(int turns)
+{
+    turns = ((turns % 4) + 4) % 4;
+    if (turns == m_turns)
+        return;
+    m_turns = turns;
+    updateGeometry();
+    update();
+}
+
+void PageCanvas::setScale(double scale)
+{
+    if (scale == m_scale)
+        return;
+    m_scale = scale;
+    updateGeometry();
+    update();
+}
+
+QSize PageCanvas::sizeHint() const
+{
+    if (m_scale <= 0)
+        return QSize(520, 680);
+    return (turnedPageSize() * m_scale).toSize() + QSize(2 * margin, 2 * margin);
+}
+
 QRectF PageCanvas::imageRect() const
 {
-    return Outlines::fitRect(pageSize(), QRectF(rect()).adjusted(margin, margin, -margin, -margin))
-        .toAlignedRect();
+    const QRectF area = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
+    if (m_scale <= 0)
+        return Outlines::fitRect(turnedPageSize(), area).toAlignedRect();
+    // At a fixed scale the page is centred while it is smaller than the widget, else starts at its margin.
+    const QSizeF size = turnedPageSize() * m_scale;
+    const QPointF topLeft(area.left() + std::max(0.0, (area.width() - size.width()) / 2),
+                          area.top() + std::max(0.0, (area.height() - size.height()) / 2));
+    return QRectF(topLeft, size).toAlignedRect();
+}
+
+QTransform PageCanvas::pageTransform() const
+{
+    return Outlines::pageToDisplay(imageRect(), m_turns);
 }
 
 void PageCanvas::paintEvent(QPaintEvent *)
@@ -68,20 +111,24 @@ void PageCanvas::paintEvent(QPaintEvent *)
     if (m_page && !m_page->image.isNull()) {
         const qreal dpr = devicePixelRatioF();
         const QSize pixels = (target.size() * dpr).toSize();
-        if (m_scaled.size() != pixels) {
-            m_scaled = QPixmap::fromImage(
-                m_page->image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+        if (m_scaled.size() != pixels || m_scaledTurns != m_turns) {
+            const QImage turned =
+                m_turns ? m_page->image.transformed(QTransform().rotate(90 * m_turns)) : m_page->image;
+            m_scaled =
+                QPixmap::fromImage(turned.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
             m_scaled.setDevicePixelRatio(dpr);
+            m_scaledTurns = m_turns;
         }
         painter.drawPixmap(target.topLeft(), m_scaled);
     } else {
         painter.fillRect(target, Qt::white);
     }
 
+    const QTransform toWidget = pageTransform();
     const QList<OutlineBox> ordered = Outlines::inPaintOrder(m_outlines);
     const OutlineBox *selected = nullptr;
     for (const OutlineBox &box : ordered) {
-        const QRectF r = Outlines::toDisplay(box.rect, target).adjusted(-2, -2, 2, 2);
+        const QRectF r = toWidget.mapRect(box.rect).adjusted(-2, -2, 2, 2);
         const QColor color = box.color();
         painter.setPen(QPen(color, box.selected ? 3.0 : 1.5));
         painter.setBrush(Theme::faded(color, box.selected ? 0.22 : 0.08));
@@ -92,7 +139,7 @@ void PageCanvas::paintEvent(QPaintEvent *)
 
     // The focused value's label sits on a tag just above its outline.
     if (selected && !selected->label.isEmpty()) {
-        const QRectF r = Outlines::toDisplay(selected->rect, target).adjusted(-2, -2, 2, 2);
+        const QRectF r = toWidget.mapRect(selected->rect).adjusted(-2, -2, 2, 2);
         QFont font = Theme::caption();
         font.setBold(true);
         const QFontMetrics metrics(font);
@@ -101,7 +148,7 @@ void PageCanvas::paintEvent(QPaintEvent *)
         QList<QRectF> lines;
         if (m_page) {
             for (const TextLine &line : m_page->lines)
-                lines.append(Outlines::toDisplay(line.rect, target));
+                lines.append(toWidget.mapRect(line.rect));
         }
         const QRectF tag = Outlines::tagRect(
             r, QSizeF(metrics.horizontalAdvance(text) + 10, metrics.height() + 4), target, lines);

@@ -60,13 +60,20 @@ void QueueDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     painter->drawPixmap(left, iconTop,
                         Icons::pixmap(iconName, iconSize, tint, painter->device()->devicePixelRatioF()));
 
-    // Right-hand marks on the name line: the approval seal, then the duplicate word before it.
+    // Right-hand marks on the name line: the approval seal, the flag mark, then the duplicate word.
     if (index.data(QueueModel::ApprovedRole).toBool()) {
         const int seal = 16;
         painter->drawPixmap(right - seal, nameTop + (nameMetrics.height() - seal) / 2,
                             Icons::pixmap(QStringLiteral("checkmark.seal.fill"), seal, Theme::green(),
                                           painter->device()->devicePixelRatioF()));
         right -= seal + 6;
+    }
+    if (index.data(QueueModel::FlaggedRole).toBool()) {
+        const int mark = 14;
+        painter->drawPixmap(right - mark, nameTop + (nameMetrics.height() - mark) / 2,
+                            Icons::pixmap(QStringLiteral("exclamationmark.triangle.fill"), mark,
+                                          Theme::orange(), painter->device()->devicePixelRatioF()));
+        right -= mark + 6;
     }
     if (index.data(QueueModel::DuplicateRole).toBool()) {
         const QString word = QStringLiteral("Duplicate");

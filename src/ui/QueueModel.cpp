@@ -1,5 +1,6 @@
 #include "QueueModel.h"
 
+#include "Flags.h"
 #include "Theme.h"
 #include "model/Money.h"
 
@@ -65,6 +66,8 @@ QVariant QueueModel::data(const QModelIndex &index, int role) const
         return iconName(*doc);
     case IdRole:
         return doc->id();
+    case FlaggedRole:
+        return doc->status().kind() == DocStatus::Ready && Flags::marked(*doc, m_store.slowPatterns());
     default:
         return {};
     }

@@ -22,6 +22,7 @@ public:
         ApprovedRole,                      ///< bool
         IconNameRole,                      ///< "doc.text" for PDFs, "photo" otherwise
         IdRole,                            ///< the document's QUuid
+        FlaggedRole, ///< bool: a value needs a look ("Check", a failed pattern, a bad entry)
     };
 
     explicit QueueModel(Store &store, QObject *parent = nullptr);

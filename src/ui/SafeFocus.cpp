@@ -1,25 +1,28 @@
 #include "SafeFocus.h"
 
-#include "MainWindow.h"
-
 #include <QAbstractButton>
 #include <QPointer>
 #include <QTimer>
 
 namespace SafeFocus {
 
+Home::Home(QWidget *window) : QObject(window)
+{
+    setObjectName(QStringLiteral("safeFocusHome"));
+}
+
 void guard(QAbstractButton *button)
 {
     QObject::connect(button, &QAbstractButton::clicked, button, [button] {
         QPointer<QAbstractButton> self = button;
-        QPointer<MainWindow> window = qobject_cast<MainWindow *>(button->window());
-        if (!window)
+        QPointer<Home> home = button->window()->findChild<Home *>(QString(), Qt::FindDirectChildrenOnly);
+        if (!home)
             return;
         // Queued: the click may replace the review screen, which happens after its handlers return.
-        QTimer::singleShot(0, window, [self, window] {
+        QTimer::singleShot(0, home, [self, home] {
             if (self && self->isVisible() && self->isEnabled())
                 return;
-            window->focusWork();
+            emit home->stranded();
         });
     });
 }

@@ -1,5 +1,7 @@
 #include "ValueEdit.h"
 
+#include "Theme.h"
+
 #include <QStyle>
 #include <QStyleOptionFrame>
 
@@ -31,7 +33,19 @@ void ValueEdit::resizeEvent(QResizeEvent *event)
     updateToolTip();
 }
 
+void ValueEdit::setProblem(const QString &problem)
+{
+    if (problem == m_problem)
+        return;
+    m_problem = problem;
+    setStyleSheet(problem.isEmpty()
+                      ? QString()
+                      : QStringLiteral("ValueEdit { border: 1.5px solid %1; border-radius: 3px; }")
+                            .arg(Theme::red().name()));
+    updateToolTip();
+}
+
 void ValueEdit::updateToolTip()
 {
-    setToolTip(fits() ? QString() : text());
+    setToolTip(!m_problem.isEmpty() ? m_problem : fits() ? QString() : text());
 }

@@ -13,10 +13,15 @@ public:
     void setValue(const QString &value);
     /// True when the whole text is visible in the box.
     bool fits() const;
+    /// Why the text is not what the box takes: a red frame, and the reason as the tooltip; empty clears it.
+    void setProblem(const QString &problem);
+    const QString &problem() const { return m_problem; }
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     void updateToolTip();
+
+    QString m_problem;
 };

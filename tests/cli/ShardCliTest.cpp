@@ -99,9 +99,10 @@ TEST_F(SamplesCli, KilledShardIsRefusedUntilRunAgain)
     EXPECT_EQ(run.out, singleCsv);
 }
 
-// Lines stream to standard output; a failed document gets "error" instead of fields. The merge lists it
-// as a run does, lets a later line of a path win, keeps the custom fields the lines were read with (other
-// definitions are refused) and writes a workbook to the named file.
+// Lines stream to standard output; a failed document gets "error" instead of fields, and a pattern that does
+// not compile is named once. The merge lists it as a run does, lets a later line of a path win, keeps the
+// custom fields the lines were read with (other definitions are refused) and writes a workbook to the named
+// file.
 TEST(JsonlCli, FailedDocumentsRetriesAndDefinitions)
 {
     QTemporaryDir dir;
@@ -110,16 +111,19 @@ TEST(JsonlCli, FailedDocumentsRetriesAndDefinitions)
     const QString defs = dir.filePath("defs.json"), noDefs = dir.filePath("none.json");
     writeFile(
         defs,
-        R"json([{"id": "6F1E2D3C-4B5A-4978-8695-A4B3C2D1E0F9", "isRegex": true, "name": "Terms", "pattern": "Terms:\\s*(.+)"}])json");
+        R"json([{"id": "6F1E2D3C-4B5A-4978-8695-A4B3C2D1E0F9", "isRegex": true, "name": "Terms", "pattern": "Terms:\\s*(.+)"},
+                {"id": "6F1E2D3C-4B5A-4978-8695-A4B3C2D1E0FA", "isRegex": true, "name": "PO", "pattern": "PO("}])json");
     writeFile(noDefs, "[]");
     const CliRun run = runCli({"--quiet", "--custom-fields", defs, "--format", "jsonl", dir.path()});
     EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.err.count("Custom field \"PO\": the pattern PO( does not compile"), 1)
+        << run.err.toStdString();
     QList<QByteArray> lines = run.out.trimmed().split('\n');
     std::sort(lines.begin(), lines.end()); // from completion order to {"confidence"… before {"count"…
     ASSERT_EQ(lines.size(), 2);
     const QJsonObject failed = QJsonDocument::fromJson(lines[1]).object();
     const QJsonObject good = QJsonDocument::fromJson(lines[0]).object();
-    EXPECT_EQ(failed.keys(), (QStringList{"count", "error", "file", "index", "path"}));
+    EXPECT_EQ(failed.keys(), (QStringList{"count", "error", "file", "index", "list", "path"}));
     EXPECT_TRUE(failed.value("error").toString().startsWith("Can't open PDF"));
     EXPECT_EQ((QList<int>{failed.value("index").toInt(), good.value("index").toInt()}), (QList<int>{0, 1}));
     EXPECT_EQ(good.value("path").toString(), QDir(dir.path()).filePath("b-good.pdf"));
@@ -131,7 +135,7 @@ TEST(JsonlCli, FailedDocumentsRetriesAndDefinitions)
     EXPECT_TRUE(merged.err.contains(dir.filePath("a-broken.pdf").toUtf8() + ": Failed: Can't open PDF"));
     const QList<QByteArray> rows = merged.out.split('\n');
     ASSERT_EQ(rows.size(), 3) << merged.out.toStdString(); // header and the good document, once
-    EXPECT_TRUE(rows[0].endsWith("\tTerms"));
+    EXPECT_TRUE(rows[0].endsWith("\tTerms\tPO"));
     EXPECT_TRUE(rows[1].contains("\tNW-RETRIED\t") && rows[1].contains("\tNet 30.")) << rows[1].toStdString();
 
     merged =
@@ -141,6 +145,19 @@ TEST(JsonlCli, FailedDocumentsRetriesAndDefinitions)
     merged = merge({out}, {"--custom-fields", noDefs});
     EXPECT_EQ(merged.exitCode, 1);
     EXPECT_TRUE(merged.err.contains("read with other custom field definitions"));
+}
+
+// Text a jsonl file carries (a path, a message) reaches standard error escaped, as a run shows file names:
+// no terminal control sequence and no line break of its own.
+TEST(JsonlCli, MergeEscapesTextFromTheLines)
+{
+    QTemporaryDir dir;
+    const QString lines = dir.filePath("x.jsonl");
+    writeFile(lines, R"({"count":1,"error":"bad\u001b[2J\nnext","index":0,"path":"/in/\u001b]0;x\u0007.pdf"})"
+                     "\n");
+    const CliRun run = merge({lines});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.err, "/in/\\x1b]0;x\\x07.pdf: Failed: bad\\x1b[2J\\nnext\n");
 }
 
 } // namespace

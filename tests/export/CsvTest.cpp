@@ -47,3 +47,38 @@ TEST(ExportCsv, PythonReadsItBack)
 }
 
 } // namespace
+
+namespace {
+
+// Text a spreadsheet would run as a formula is defused with an apostrophe in CSV and TSV, headers
+// included; numbers in numeric columns keep their sign, and a formula there is defused all the same.
+TEST(ExportCsv, DefusesFormulaText)
+{
+    // clang-format off
+    const struct { QString cell; bool numeric; QString written; } cases[] = {
+        {"=HYPERLINK(\"http://evil.example\",\"Click\")", false, "'=HYPERLINK(\"http://evil.example\",\"Click\")"},
+        {"+1", false, "'+1"},
+        {"-2", false, "'-2"},
+        {"@SUM(A1)", false, "'@SUM(A1)"},
+        {"\tx", false, "'\tx"},
+        {"\rx", false, "'\rx"},
+        {"a=b", false, "a=b"},
+        {"-12.50", true, "-12.50"},
+        {"+1,234.56", true, "+1,234.56"},
+        {"-1+cmd|' /C calc'!A0", true, "'-1+cmd|' /C calc'!A0"},
+        {"=1+2", true, "'=1+2"},
+    };
+    // clang-format on
+    for (const auto &c : cases) {
+        const Table table{{QStringLiteral("h")}, {{c.cell}}, c.numeric ? QSet<int>{0} : QSet<int>{}};
+        const QStringList csvLines = Exporter::csv(table).split(QStringLiteral("\r\n"));
+        const QStringList tsvLines = Exporter::tsv(table).split(u'\n');
+        EXPECT_EQ(csvLines.value(1).remove(u'"'), QString(c.written).remove(u'"')) << c.cell.toStdString();
+        EXPECT_EQ(tsvLines.value(1), QString(c.written).replace(u'\t', u' ').replace(u'\r', u' '))
+            << c.cell.toStdString();
+    }
+    const Table header{{QStringLiteral("=cmd")}, {}, {}};
+    EXPECT_EQ(Exporter::tsv(header), QStringLiteral("'=cmd\n"));
+}
+
+} // namespace

@@ -2,7 +2,9 @@
 #include "support/TestSupport.h"
 
 #include <QTemporaryDir>
+#include <csignal>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 namespace {
 
@@ -34,6 +36,25 @@ TEST(SaveFile, ReplacesOrKeepsTheOldFile)
     const std::optional<TabrixError> full = Exporter::saveFile(QStringLiteral("/dev/full"), "bytes");
     ASSERT_TRUE(full);
     EXPECT_EQ(full->message, QStringLiteral("No space left on device"));
+}
+
+// A write that fails inside the stream's buffer (a nearly full disk, here a file size limit) fails the
+// save with the system's reason and leaves the old file whole, however small the new content.
+TEST(SaveFile, FailedBufferedWriteKeepsTheOldFile)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("out.csv"));
+    ASSERT_FALSE(Exporter::saveFile(path, "old"));
+    rlimit saved{}, small{100, RLIM_INFINITY};
+    ::getrlimit(RLIMIT_FSIZE, &saved);
+    small.rlim_max = saved.rlim_max;
+    const auto previous = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const std::optional<TabrixError> error = Exporter::saveFile(path, QByteArray(600, 'x'));
+    ::setrlimit(RLIMIT_FSIZE, &saved);
+    std::signal(SIGXFSZ, previous);
+    EXPECT_EQ(error.value_or(TabrixError{}).message, QStringLiteral("File too large"));
+    EXPECT_EQ(readFile(path), QByteArray("old"));
 }
 
 } // namespace

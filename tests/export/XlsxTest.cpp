@@ -69,6 +69,22 @@ TEST(ExportXlsx, SheetXml)
         << xml.constData();
 }
 
+// A cell over the spreadsheet limit is cut to it (not inside a surrogate pair) and counted; a sheet of
+// more rows than a workbook holds fails the export with its count.
+TEST(ExportXlsx, SpreadsheetLimits)
+{
+    const QString longText = QString(Exporter::maxCellChars - 1, u'a') + QStringLiteral("\U0001F600b");
+    qsizetype cut = 0;
+    const QByteArray xml = Exporter::sheetXML(Table{{"Note"}, {{longText}, {"short"}}, {}}, &cut);
+    EXPECT_EQ(cut, 1);
+    EXPECT_TRUE(xml.contains(QString(Exporter::maxCellChars - 1, u'a').toUtf8() + "</t>"));
+    const Table full{{"Note"}, QList<QStringList>(Exporter::maxSheetRows, QStringList{}), {}};
+    const auto refused = Exporter::xlsx({{"Line items", full}});
+    ASSERT_TRUE(std::holds_alternative<TabrixError>(refused));
+    EXPECT_TRUE(std::get<TabrixError>(refused).message.startsWith(
+        "The sheet \"Line items\" would have 1,048,577 rows"));
+}
+
 // The package holds exactly the workbook parts with their exact XML, and Python's zipfile and XML parser
 // accept it; the sheets are the two tables' worksheets, an item-less document's total a number on the
 // line-items sheet.

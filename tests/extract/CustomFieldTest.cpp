@@ -1,5 +1,7 @@
 #include "extract/CustomField.h"
 #include "RowFixtures.h"
+#include "extract/Extractor.h"
+#include "model/CustomFieldCodec.h"
 
 #include <gtest/gtest.h>
 
@@ -90,6 +92,29 @@ TEST(CustomField, SlowPatternIsAbandoned)
         EXPECT_EQ(abandoned, c.abandoned) << c.pattern;
         EXPECT_EQ(field.value, QString::fromUtf8(c.value)) << c.pattern;
     }
+}
+
+// The names a custom field may not take are exactly the labels the extractor gives its built-in fields.
+TEST(CustomField, ReservedNamesAreTheBuiltInLabels)
+{
+    QStringList labels;
+    for (const Field &field : Extractor::extract({}, {}, RuleSet::Full).fields)
+        labels.append(field.label);
+    EXPECT_EQ(labels, CustomFieldCodec::builtInLabels());
+}
+
+// All custom patterns of a document share one matching budget: the first slow one spends it and is the
+// one reported, the regular expressions after it stay empty, keywords still run.
+TEST(CustomField, OneBudgetPerDocument)
+{
+    const QList<CustomFieldDef> defs{def("(a+)+$", true, "Slow"), def("(a+)+b$", true, "Slower"),
+                                     def("a+", true, "Quick"), def("aaa", false, "Keyword")};
+    const QList<TextLine> lines{{QString(40, u'a') + u'!', QRectF(0.1, 0.1, 0.5, 0.02), 0}};
+    const Extractor::Result result = Extractor::extract(lines, defs, RuleSet::Core);
+    EXPECT_EQ(result.slowPatterns, QList<QUuid>{defs[0].id});
+    ASSERT_EQ(result.fields.size(), 12);
+    EXPECT_EQ(result.fields[10].value, QString());
+    EXPECT_EQ(result.fields[11].value, QString(37, u'a') + u'!');
 }
 
 } // namespace

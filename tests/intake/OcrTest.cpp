@@ -1,5 +1,4 @@
 #include "intake/Ocr.h"
-#include "intake/PdfLoader.h"
 #include "intake/Pipeline.h"
 #include "support/TestSupport.h"
 
@@ -14,7 +13,7 @@ namespace {
 PagePtr digitalInvoice()
 {
     static const PagePtr page =
-        std::get<0>(Pipeline::loadPDF(sampleFile("northwind-invoice.pdf"), {}, {})).value(0);
+        std::get<0>(Pipeline::load(sampleFile("northwind-invoice.pdf"), {}, {})).value(0);
     return page;
 }
 

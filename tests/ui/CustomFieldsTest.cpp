@@ -1,5 +1,6 @@
 #include "UiTestSupport.h"
 
+#include "extract/CustomField.h"
 #include "ui/CustomFieldsDialog.h"
 
 namespace {
@@ -79,6 +80,29 @@ TEST_F(CustomFieldsTest, EditsWriteThroughAndBadRegexIsMarked)
     EXPECT_EQ(sheet->rowCount(), 0);
     EXPECT_TRUE(none->isVisible());
     EXPECT_TRUE(store->customFields().isEmpty());
+}
+
+// Added fields get names of their own; a name a built-in field has is refused with its reason (the store
+// keeps the last name that was the field's own); one pattern more than a document's shared budget serves
+// brings up the warning.
+TEST_F(CustomFieldsTest, CollidingNamesAndTooManyPatterns)
+{
+    open();
+    QList<CustomFieldDef> defs;
+    for (int i = 0; i < Extractor::manyPatterns; ++i)
+        defs.append({QUuid::createUuid(), QStringLiteral("F%1").arg(i), QStringLiteral("\\d+"), true});
+    store->setCustomFields(defs);
+    CustomFieldsDialog *sheet = openSheet();
+    for (int i = 0; i < 2; ++i)
+        QTest::mouseClick(sheet->findChild<QPushButton *>(QStringLiteral("addField")), Qt::LeftButton);
+    EXPECT_EQ(store->customFields().last().name, "New field 2");
+    sheet->nameEdit(51)->selectAll();
+    QTest::keyClicks(sheet->nameEdit(51), "Total");
+    EXPECT_EQ(store->customFields()[51].name, "Tota");
+    EXPECT_FALSE(sheet->nameEdit(51)->toolTip().isEmpty());
+    EXPECT_FALSE(sheet->findChild<QLabel *>(QStringLiteral("manyPatterns"))->isVisible());
+    QTest::mouseClick(sheet->regexButton(51), Qt::LeftButton);
+    EXPECT_TRUE(sheet->findChild<QLabel *>(QStringLiteral("manyPatterns"))->isVisible());
 }
 
 // Documents keep their fields while the sheet is open; closing it brings the ready documents' custom

@@ -190,4 +190,26 @@ TEST_F(MainWindowTest, WindowAsksBeforeLosingWork)
     EXPECT_TRUE(window->close());
 }
 
+// The File menu opens, exports and quits by Ctrl+Q through the window's own question; at 150 % on a
+// 1366 × 768 screen (about 910 × 480 available) the content asks for no more than the screen leaves.
+TEST_F(MainWindowTest, FileMenuAndSmallScreens)
+{
+    open(1, &answers);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    auto *file = window->findChild<QMenu *>(QStringLiteral("fileMenu"));
+    ASSERT_NE(file, nullptr);
+    for (const char *name : {"open", "exportCSV", "exportJSON", "exportXLSX", "quit"})
+        EXPECT_NE(window->findChild<QAction *>(name), nullptr) << name;
+    addAndWait({"1.pdf"});
+    store->docs()[0]->setApproved(true);
+    QTest::keyClick(window.get(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(answers.asked, QStringList({"Quit without exporting?"}));
+    EXPECT_TRUE(window->isVisible());
+
+    const QSize least = MainWindow::contentMinimum(QRect(0, 0, 910, 480), QSize(16, 48 + 60));
+    EXPECT_LE(least.width(), 910 - 16);
+    EXPECT_LE(least.height(), 480 - 48 - 60);
+    EXPECT_EQ(MainWindow::contentMinimum(QRect(0, 0, 1920, 1050), QSize(16, 108)), QSize(760, 480));
+}
+
 } // namespace

@@ -100,6 +100,18 @@ TEST(OutlinesTest, GeometryPaintOrderAndTags)
     EXPECT_FALSE(placed.intersects(QRectF(10, 1, 60, 14)));
 }
 
+// A turned page carries its outlines: a quarter turn clockwise takes the page's top left to the top right.
+TEST(OutlinesTest, TurnedPageCarriesOutlines)
+{
+    const QRectF image(10, 20, 200, 100);
+    const QRectF topLeft(0, 0, 0.5, 0.25);
+    EXPECT_EQ(Outlines::pageToDisplay(image, 0).mapRect(topLeft), QRectF(10, 20, 100, 25));
+    EXPECT_EQ(Outlines::pageToDisplay(image, 1).mapRect(topLeft), QRectF(160, 20, 50, 50));
+    EXPECT_EQ(Outlines::pageToDisplay(image, 2).mapRect(topLeft), QRectF(110, 95, 100, 25));
+    EXPECT_EQ(Outlines::pageToDisplay(image, 3).mapRect(topLeft), QRectF(10, 70, 50, 50));
+    EXPECT_EQ(Outlines::pageToDisplay(image, 4), Outlines::pageToDisplay(image, 0));
+}
+
 class ReviewTest : public UiTest {
 protected:
     void openReady(int pages = 1)
@@ -224,6 +236,95 @@ TEST_F(ReviewTest, FailedDocumentCanBeTriedAgain)
     EXPECT_TRUE(text("failureText").endsWith("Damaged file"));
     QTest::mouseClick(window->review()->findChild<QPushButton *>(QStringLiteral("tryAgain")), Qt::LeftButton);
     EXPECT_EQ(store->docs()[0]->status().kind(), DocStatus::Queued);
+}
+
+// The page zooms by shortcut from the form and by Ctrl + wheel, scrolls once wider than the pane, fits its
+// width or the pane again, and turns a quarter with its sides swapped.
+TEST_F(ReviewTest, PageZoomsAndTurns)
+{
+    openReady();
+    window->resize(1200, 800);
+    QApplication::processEvents();
+    const double fitted = pane->scale();
+    QTest::keyClick(form->fieldEdit("total"), Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_NEAR(pane->scale(), fitted * 1.25, 1e-9);
+    QWidget *viewport = pane->pageScroll()->viewport();
+    QWheelEvent wheel(QPointF(50, 50), viewport->mapToGlobal(QPointF(50, 50)), {}, QPoint(0, 120),
+                      Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(viewport, &wheel);
+    EXPECT_NEAR(pane->scale(), fitted * 1.25 * 1.25, 1e-9);
+
+    EXPECT_GT(pane->pageScroll()->verticalScrollBar()->maximum(), 0);
+
+    pane->setFit(DocumentPane::Fit::Width);
+    EXPECT_LE(pane->canvas()->imageRect().right(), viewport->width());
+    EXPECT_GT(pane->canvas()->imageRect().width(), viewport->width() * 0.8);
+    pane->setFit(DocumentPane::Fit::Page);
+    EXPECT_LE(pane->canvas()->imageRect().bottom(), viewport->height());
+
+    const QSizeF upright = pane->canvas()->turnedPageSize();
+    pane->rotate();
+    EXPECT_EQ(pane->canvas()->turnedPageSize(), upright.transposed());
+    EXPECT_EQ(pane->canvas()->quarterTurns(), 1);
+}
+
+// A wrong amount says why under its box and on the approval bar, blocks approval (by shortcut too) and
+// marks the queue row; a right one in another form says how it will be exported and takes that form when
+// the box is left; a doubt's reason is written under its field, not only in the badge's tooltip.
+TEST_F(ReviewTest, TypedValuesAreCheckedAndFlagsExplained)
+{
+    openReady();
+    QLineEdit *subtotal = form->fieldEdit("subtotal");
+    subtotal->setFocus();
+    subtotal->selectAll();
+    QTest::keyClicks(subtotal, "abc");
+    QLabel *note = form->note("subtotal");
+    EXPECT_TRUE(note->isVisible());
+    EXPECT_TRUE(note->text().startsWith("Not an amount")) << note->text().toStdString();
+    auto *block = window->review()->findChild<QLabel *>(QStringLiteral("approvalBlock"));
+    EXPECT_TRUE(block->isVisible());
+    EXPECT_FALSE(window->review()->findChild<QPushButton *>(QStringLiteral("approve"))->isEnabled());
+    QTest::keyClick(subtotal, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_FALSE(doc->approved());
+    EXPECT_TRUE(window->sidebar()->queueModel()->index(0).data(QueueModel::FlaggedRole).toBool());
+
+    subtotal->selectAll();
+    QTest::keyClicks(subtotal, "1,015.00");
+    EXPECT_TRUE(note->text().contains("Exported as 1015.00")) << note->text().toStdString();
+    QTest::keyClick(subtotal, Qt::Key_Tab);
+    EXPECT_EQ(doc->value("subtotal"), "1015.00");
+    EXPECT_FALSE(block->isVisible());
+
+    // 1015.00 + 1.50 is not the total of 16.50.
+    QLabel *totalNote = form->note("total");
+    EXPECT_TRUE(totalNote->isVisible());
+    EXPECT_EQ(totalNote->text(), form->badge("total")->toolTip());
+}
+
+// Tab from the last amount skips the remove buttons, so Space there removes no line; Delete in an empty
+// box removes its line and keeps the focus in the grid, while in a filled box it edits the text.
+TEST_F(ReviewTest, NoStrayKeyRemovesALine)
+{
+    openReady();
+    doc->setItems({item("10.00"), item("5.00")});
+    LineItemGrid *grid = form->lineItems();
+    EXPECT_EQ(grid->removeButton(1)->focusPolicy(), Qt::NoFocus);
+    QLineEdit *last = grid->itemEdit(1, LineItem::Amount);
+    last->setFocus();
+    QTest::keyClick(last, Qt::Key_Tab);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    ASSERT_GE(doc->items().size(), 2);
+    EXPECT_EQ(doc->items()[1].amount, "5.00");
+
+    QLineEdit *description = grid->itemEdit(0, LineItem::Description);
+    description->setFocus();
+    description->setCursorPosition(0);
+    QTest::keyClick(description, Qt::Key_Delete);
+    EXPECT_EQ(doc->items()[0].description, "hing");
+    QTest::keyClick(grid->itemEdit(0, LineItem::Quantity), Qt::Key_Delete);
+    QApplication::processEvents();
+    EXPECT_EQ(doc->items()[0].amount, "5.00");
+    EXPECT_EQ(QApplication::focusWidget(), grid->itemEdit(0, LineItem::Quantity));
 }
 
 } // namespace

@@ -15,8 +15,8 @@ using HeifImage = CHandle<heif_image, heif_image_release>;
 
 class HeifSource final : public Engines::ImageSource {
 public:
-    HeifSource(HeifContext context, std::vector<heif_item_id> ids)
-        : m_context(std::move(context)), m_ids(std::move(ids))
+    HeifSource(QByteArray bytes, HeifContext context, std::vector<heif_item_id> ids)
+        : m_bytes(std::move(bytes)), m_context(std::move(context)), m_ids(std::move(ids))
     {
     }
 
@@ -54,22 +54,25 @@ public:
     }
 
 private:
+    QByteArray m_bytes; // read by the context in place, so declared (and released) around it
     HeifContext m_context;
     std::vector<heif_item_id> m_ids;
 };
 
 } // namespace
 
-extern "C" Q_DECL_EXPORT Engines::ImageSource *tabrix_open_heif(const char *pathLocal8)
+extern "C" Q_DECL_EXPORT Engines::ImageSource *tabrix_open_heif(const QByteArray &bytes)
 {
     static std::once_flag once;
     std::call_once(once, [] { heif_init(nullptr); });
     HeifContext context(heif_context_alloc());
-    if (!context || heif_context_read_from_file(context.get(), pathLocal8, nullptr).code != heif_error_Ok)
+    if (!context || heif_context_read_from_memory_without_copy(context.get(), bytes.constData(),
+                                                               size_t(bytes.size()), nullptr)
+                            .code != heif_error_Ok)
         return nullptr;
     const int count = heif_context_get_number_of_top_level_images(context.get());
     std::vector<heif_item_id> ids(size_t(std::max(count, 0)));
     if (count > 0)
         heif_context_get_list_of_top_level_image_IDs(context.get(), ids.data(), count);
-    return new HeifSource(std::move(context), std::move(ids));
+    return new HeifSource(bytes, std::move(context), std::move(ids));
 }
