@@ -97,28 +97,34 @@ bool isColumnLabelRow(const Scan &scan, qsizetype index)
            !scan.headerLike[index];
 }
 
-std::optional<NearAmount> amountBelow(const Scan &scan, qsizetype index, const TextLine &label)
+std::optional<NearAmount> amountUnder(const Scan &scan, qsizetype row, const TextLine &label)
 {
     const QRectF &l = label.rect;
     const double left = l.left() - l.width() * 0.5;
     const double right = l.right() + l.width() * 0.5;
+    std::optional<NearAmount> best;
+    double bestDistance = 0;
+    for (const Amount &amount : scan.amounts[row]) {
+        const PageBox box = scan.rows[row].box(amount.range);
+        if (box.rect.right() <= left || box.rect.left() >= right)
+            continue;
+        const double distance = std::abs(box.rect.center().x() - l.center().x());
+        if (!best || distance < bestDistance) {
+            best = NearAmount{amount.value, box, true};
+            bestDistance = distance;
+        }
+    }
+    return best;
+}
+
+std::optional<NearAmount> amountBelow(const Scan &scan, qsizetype index, const TextLine &label)
+{
+    const QRectF &l = label.rect;
     for (qsizetype j = index + 1; j < scan.rows.size() && j <= index + 3; ++j) {
         const Row &row = scan.rows[j];
         if (row.page != scan.rows[index].page || row.rect.top() - l.bottom() > 4 * l.height())
             break;
-        std::optional<NearAmount> best;
-        double bestDistance = 0;
-        for (const Amount &amount : scan.amounts[j]) {
-            const PageBox box = row.box(amount.range);
-            if (box.rect.right() <= left || box.rect.left() >= right)
-                continue;
-            const double distance = std::abs(box.rect.center().x() - l.center().x());
-            if (!best || distance < bestDistance) {
-                best = NearAmount{amount.value, box, true};
-                bestDistance = distance;
-            }
-        }
-        if (best)
+        if (const auto best = amountUnder(scan, j, label))
             return best;
     }
     return std::nullopt;

@@ -42,6 +42,10 @@ std::optional<NearAmount> amountNear(const Scan &scan, qsizetype index);
 /// Used where a label row holds no amount (RuleFeatures::columnLabels).
 std::optional<NearAmount> amountBelow(const Scan &scan, qsizetype index, const TextLine &label);
 
+/// The amount of row `row` whose box lies under `label` (its line widened by half its width on each side),
+/// nearest to its centre; nothing when none does.
+std::optional<NearAmount> amountUnder(const Scan &scan, qsizetype row, const TextLine &label);
+
 /// Whether row `index` reads as column labels (RuleFeatures::columnLabels) over their amounts: several lines,
 /// no amount, not a table header.
 bool isColumnLabelRow(const Scan &scan, qsizetype index);

@@ -4,10 +4,22 @@
 #include "Patterns.h"
 #include "Regex.h"
 #include "Rows.h"
+#include "Vocabulary.h"
 #include "model/Money.h"
 
+#include <QFile>
 #include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <array>
+#include <vector>
+
+// Resources of a static library are registered by hand, outside any namespace.
+static void registerCountries()
+{
+    Q_INIT_RESOURCE(countries);
+}
 
 namespace Extractor {
 
@@ -40,6 +52,49 @@ const CurrencyPatterns &patterns()
     return Patterns::compiledOnce<CurrencyPatterns>();
 }
 
+// One country's signs on a page, as one case-sensitive pattern: names and legal forms as written or in
+// capitals (a receipt prints "SDN BHD", a letterhead "Sdn Bhd"; "AB" and "SA" are no forms in lower case),
+// registration numbers as patterns, phone codes after a "+" (a "00" prefix is too often part of a number).
+struct Country {
+    QString currency;
+    Regex signs;
+};
+
+QString countryPattern(const QJsonObject &country)
+{
+    QStringList alternatives;
+    for (const char *list : {"places", "legalForms"}) {
+        for (const QJsonValue &phrase : country.value(QLatin1String(list)).toArray()) {
+            for (const QString &written : {phrase.toString(), phrase.toString().toUpper()})
+                alternatives.append(QLatin1String("(?<![\\p{L}\\p{N}])(?:") +
+                                    Vocabulary::phraseText(written) + QLatin1String(")(?![\\p{L}\\p{N}])"));
+        }
+    }
+    for (const QJsonValue &id : country.value(QLatin1String("taxIds")).toArray())
+        alternatives.append(QLatin1String("\\b(?:") + id.toString() + u')');
+    for (const QJsonValue &code : country.value(QLatin1String("phoneCodes")).toArray())
+        alternatives.append(QLatin1String("(?<![\\d.,+])\\(?\\+\\s?") + code.toString() +
+                            QLatin1String("(?=[\\s\\-().]*\\d)"));
+    return alternatives.join(u'|');
+}
+
+struct CountryPatterns {
+    std::vector<Country> countries;
+    CountryPatterns()
+    {
+        registerCountries();
+        QFile file(QStringLiteral(":/countries/countries.json"));
+        if (!file.open(QIODevice::ReadOnly))
+            return;
+        const QJsonArray all = QJsonDocument::fromJson(file.readAll()).object().value(u"countries").toArray();
+        for (const QJsonValue &country : all) {
+            const QString pattern = countryPattern(country.toObject());
+            if (!pattern.isEmpty())
+                countries.push_back(Country{country[u"currency"].toString(), Regex(pattern, false)});
+        }
+    }
+};
+
 struct Symbol {
     QChar symbol;
     const char *code;
@@ -67,7 +122,7 @@ std::optional<PageBox> firstBox(const QString &token, const QList<Row> &rows)
 
 // How strongly a mark names the currency; a stronger kind wins whatever the counts. A lone $ or kr
 // names a dozen currencies, a legal form found in one country only names one.
-enum class Strength { LoneMark = 1, LegalForm = 2, Local = 3, Code = 4 };
+enum class Strength { Country = 0, LoneMark = 1, LegalForm = 2, Local = 3, Code = 4 };
 
 // The locale's currency when its symbol is a dollar (AUD in en_AU), else USD.
 QString dollarOf(const QLocale &locale)
@@ -143,7 +198,8 @@ bool mayHoldMark(const QString &text)
 }
 
 // Evidence by strength: printed codes, then local symbols beside amounts, then the seller's legal form, then
-// a lone dollar or crown; counts decide within one strength, the first seen on a tie.
+// a lone dollar or crown, then (RuleFeatures::countryCurrency) the country the page names: its places,
+// companies, tax numbers, phone codes. Counts decide within one strength, the first seen on a tie.
 std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &locale,
                                        const RuleFeatures &features)
 {
@@ -162,6 +218,12 @@ std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &lo
             const bool lone = mark == QLatin1String("$") || mark == QLatin1String("kr");
             found.append(Evidence{codeOfMark(mark, locale), lone ? Strength::LoneMark : Strength::Local,
                                   row.box(m.range(group))});
+        }
+        if (features.countryCurrency) {
+            for (const Country &country : Patterns::compiledOnce<CountryPatterns>().countries) {
+                for (const Regex::Match &m : country.signs.matchAll(row.text))
+                    found.append(Evidence{country.currency, Strength::Country, row.box(m.range())});
+            }
         }
         const QList<Regex::Match> forms = Keywords::may(row.text, Keywords::LegalForm, features)
                                               ? p.legalForm.matchAll(row.text)
@@ -188,7 +250,25 @@ std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &lo
     }
     if (!best)
         return std::nullopt;
+    // A mark seen once (often a misread letter on a scan) yields to three or more signs of one country
+    // that names another currency, and the result is left for review.
+    const Evidence *country = nullptr;
+    if (features.countryCurrency && best->strength <= Strength::Local &&
+        counts.value(best->code + QString::number(int(best->strength))) == 1) {
+        QHash<QString, int> countrySigns;
+        for (const Evidence &e : found) {
+            if ((e.strength == Strength::Country || e.strength == Strength::LegalForm) &&
+                e.code != best->code && ++countrySigns[e.code] >= 3 && !country)
+                country = &e;
+        }
+    }
     Field field = emptyField(QStringLiteral("currency"), QStringLiteral("Currency"));
+    if (country) {
+        field.value = country->code;
+        field.confidence = 0.55;
+        field.box = country->box;
+        return field;
+    }
     field.value = best->code;
     switch (best->strength) {
     case Strength::Code:
@@ -199,6 +279,9 @@ std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &lo
         break;
     case Strength::LegalForm:
         field.confidence = 0.6;
+        break;
+    case Strength::Country:
+        field.confidence = 0.55;
         break;
     case Strength::LoneMark:
         field.confidence = 0.5;

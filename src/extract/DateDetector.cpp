@@ -116,7 +116,7 @@ bool hasNumericShape(const QString &text)
     return false;
 }
 
-void addNumeric(const QString &text, Order order, QList<Match> &out)
+void addNumeric(const QString &text, Order order, bool dottedDayFirst, QList<Match> &out)
 {
     if (!hasNumericShape(text))
         return;
@@ -124,8 +124,11 @@ void addNumeric(const QString &text, Order order, QList<Match> &out)
         const QString first = m.captured(text, 1);
         const QString second = m.captured(text, 3);
         const QString third = m.captured(text, 4);
-        if (continuesRun(text, m.range().start, text[m.range(2).start]))
+        const QChar separator = text[m.range(2).start];
+        if (continuesRun(text, m.range().start, separator))
             continue;
+        // Dotted numeric dates are written day first wherever they are used (06.08.2018 is 6 August).
+        const Order own = dottedDayFirst && separator == u'.' ? Order::DayFirst : order;
         Match found;
         found.range = m.range();
         if (first.size() == 4) {
@@ -137,7 +140,7 @@ void addNumeric(const QString &text, Order order, QList<Match> &out)
             const QDate dayFirst = makeDate(year, second.toInt(), first.toInt());
             const QDate monthFirst = makeDate(year, first.toInt(), second.toInt());
             if (dayFirst.isValid() && monthFirst.isValid())
-                found.date = order == Order::DayFirst ? dayFirst : monthFirst;
+                found.date = own == Order::DayFirst ? dayFirst : monthFirst;
             else if (dayFirst.isValid())
                 found = Match{m.range(), dayFirst, Order::DayFirst};
             else if (monthFirst.isValid())
@@ -187,7 +190,7 @@ QList<Match> find(const QString &text, Order order, const QDate &today, const Ru
     QList<Match> all;
     if (!Patterns::hasDigit(text))
         return all;
-    addNumeric(text, order, all);
+    addNumeric(text, order, features.dottedDayFirst, all);
     if (hasMonthWord(text, features)) {
         addNamed(text, patterns().dayMonth(features), 1, 2, today, features, all);
         addNamed(text, patterns().monthDay(features), 2, 1, today, features, all);

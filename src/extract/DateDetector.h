@@ -42,7 +42,8 @@ struct Match {
 /// Every date expression in `text`, left to right and without overlaps (where two forms overlap, the
 /// one that starts first wins, then the longer). `today` supplies the year of dates written without one.
 /// The full rules also read the vocabularies' month names ("11. Juli 2014", "3 de mayo de 2024",
-/// "1er janvier 2024").
+/// "1er janvier 2024"); with RuleFeatures::dottedDayFirst an ambiguous dotted date (06.08.2018) reads
+/// day first whatever `order` says.
 QList<Match> find(const QString &text, Order order, const QDate &today,
                   const RuleFeatures &features = RuleSet::Core);
 

@@ -43,6 +43,12 @@ struct DatePatterns {
     RulePattern termsNet{
         QStringLiteral(R"((?<![\d.,])(\d{1,3})\s*(?:(?!){terms.days})\s*(?:(?!){terms.net}))")};
     RulePattern dueOnReceipt{QStringLiteral(R"(due\s*(?:on|upon)\s*receipt{terms.immediate})")};
+    // Labels of the vocabularies' languages, all of which write numeric dates day first, and labels
+    // that only an English document prints: together they tell a document's own date convention.
+    RulePattern foreignLabel{
+        QStringLiteral(R"((?!){date.issue}{date.due}{number.invoice}{total.gross}{subtotal})")};
+    Regex englishLabel{QStringLiteral(
+        R"(\b(invoice|receipt|due|bill\s*to|amount|balance|subtotal|payment|quantity|qty)\b)")};
 };
 
 const DatePatterns &patterns()
@@ -62,6 +68,14 @@ std::optional<int> termDays(const QString &doc, const RuleFeatures &features)
     bool parsed = false;
     const int days = m ? m->captured(doc, 1).toInt(&parsed) : 0;
     return parsed ? std::optional<int>(days) : std::nullopt;
+}
+
+// Whether the document's labels are of the vocabularies' languages alone (German or French words, no
+// English): ambiguous numeric dates then follow the document's day-first convention, not the user's.
+bool writesDayFirst(const QList<Row> &rows)
+{
+    const QString doc = documentText(rows);
+    return patterns().foreignLabel(RuleSet::Full).contains(doc) && !patterns().englishLabel.contains(doc);
 }
 
 enum Kind { Issue = 0, Due = 1 };
@@ -215,7 +229,8 @@ std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale,
     Field date = emptyField(QStringLiteral("date"), QStringLiteral("Date"));
     Field dueDate = emptyField(QStringLiteral("dueDate"), QStringLiteral("Due date"));
 
-    const Order localeOrder = DateDetector::orderFor(locale);
+    const Order localeOrder =
+        features.documentDateOrder && writesDayFirst(rows) ? Order::DayFirst : DateDetector::orderFor(locale);
     RowDates dates = detectDates(rows, localeOrder, today, features);
     const Order order = documentOrder(dates, localeOrder);
     if (order != localeOrder)
@@ -227,6 +242,9 @@ std::pair<Field, Field> findDates(const QList<Row> &rows, const QLocale &locale,
         fill(date, *issue);
     if (due) {
         fill(dueDate, *due);
+        // A due date before the issue date is a misread or a mislabelled date: shown for review.
+        if (features.dueBeforeIssue && issue && due->date < issue->date)
+            dueDate.confidence = std::min(dueDate.confidence, 0.6);
     } else if (issue) {
         const QString doc = documentText(rows);
         const std::optional<int> days = termDays(doc, features);

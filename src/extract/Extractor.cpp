@@ -4,6 +4,7 @@
 #include "Currency.h"
 #include "CustomField.h"
 #include "Dates.h"
+#include "ItemColumns.h"
 #include "LineItems.h"
 #include "Number.h"
 #include "Patterns.h"
@@ -30,6 +31,20 @@ std::optional<double> impliedTax(const Field &subtotal, const Field &total, cons
     return *t - *s;
 }
 
+// RuleFeatures::columnItems: the table read by its columns replaces the items read row by row, unless only
+// the latter add up to the document's amounts.
+QList<LineItem> chooseItems(const Scan &scan, QList<LineItem> byRows, const Field &subtotal, const Field &tax,
+                            const Field &total)
+{
+    if (!scan.features.columnItems)
+        return byRows;
+    std::optional<QList<LineItem>> byColumns = findItemsByColumns(scan);
+    if (!byColumns ||
+        (itemsAddUp(byRows, subtotal, tax, total) && !itemsAddUp(*byColumns, subtotal, tax, total)))
+        return byRows;
+    return std::move(*byColumns);
+}
+
 } // namespace
 
 Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom, RuleSet rules)
@@ -46,10 +61,12 @@ Result extract(const QList<TextLine> &lines, const QList<CustomFieldDef> &custom
     const QList<TotalCandidate> totals = totalCandidates(scan);
     Field total = findTotal(scan, totals);
     Field tax = findTax(scan, impliedTax(subtotal, total, features));
-    QList<LineItem> items = findLineItems(scan);
+    QList<LineItem> items = chooseItems(scan, findLineItems(scan), subtotal, tax, total);
     if (features.totalCheck)
         checkTotal(scan, totals, subtotal, tax, items, total);
     reconcile(subtotal, tax, total, items);
+    if (features.crossCheckCaps)
+        capFailedChecks(subtotal, tax, total, items);
 
     Result result;
     result.fields = {vendor, number, date, dueDate, currency, subtotal, tax, total};

@@ -80,7 +80,9 @@ bool nearWhole(double v)
     return std::abs(v - std::round(v)) <= 0.01;
 }
 
-bool isSummary(const Row &row, const RuleFeatures &features)
+} // namespace
+
+bool isSummaryRow(const Row &row, const RuleFeatures &features)
 {
     // Member lines are parts of the row text, so the row's words tell for them too.
     if (!Keywords::may(row.text, Keywords::SummaryRow, features))
@@ -94,6 +96,8 @@ bool isSummary(const Row &row, const RuleFeatures &features)
     return std::any_of(row.lines.begin(), row.lines.end(),
                        [&summary](const TextLine &line) { return summary.contains(line.text); });
 }
+
+namespace {
 
 // A quantity printed as the row's first amount, before the description
 // ("1,00  Beratung  120,00", "2  3,50  Std.  Montage  45,00  157,50"): it is taken out of the
@@ -215,7 +219,7 @@ QList<LineItem> findLineItems(const Scan &scan)
     qsizetype lastItemRow = -1;
     for (qsizetype i = start; i < rows.size(); ++i) {
         const Row &row = rows[i];
-        if (isSummary(row, scan.features)) {
+        if (isSummaryRow(row, scan.features)) {
             // A header's second line ("MwSt." under "Preis") may pass: a summary row
             // ends the table once it carries an amount or items were found.
             const bool ends =

@@ -16,4 +16,8 @@ QList<LineItem> findLineItems(const Scan &scan);
 std::optional<LineItem> parseItem(const Row &row, QList<Amount> amounts, bool hasHeader,
                                   const RuleFeatures &features = RuleSet::Core);
 
+/// Whether a row ends the item table: a total, tax, payment or closing line ("Subtotal", "Thank you");
+/// the vocabularies add their summary words, and RuleFeatures::subtotalEndsTable any subtotal label.
+bool isSummaryRow(const Row &row, const RuleFeatures &features);
+
 } // namespace Extractor

@@ -20,7 +20,39 @@ void write(Field &field, double value)
     field.confidence = 0.5;
 }
 
+void cap(Field &field)
+{
+    field.confidence = std::min(field.confidence, 0.6);
+}
+
 } // namespace
+
+bool itemsAddUp(const QList<LineItem> &items, const Field &subtotal, const Field &tax, const Field &total)
+{
+    const auto sum = Doubts::itemsSum(items);
+    const auto s = Money::amountOf(subtotal);
+    const auto t = Money::amountOf(tax);
+    const auto T = Money::amountOf(total);
+    return sum && ((s && Doubts::withinACent(*sum, *s)) || (T && t && Doubts::withinACent(*sum, *T - *t)) ||
+                   (T && Doubts::withinACent(*sum, *T)));
+}
+
+void capFailedChecks(Field &subtotal, Field &tax, const Field &total, QList<LineItem> &items)
+{
+    const auto s = Money::amountOf(subtotal);
+    const auto t = Money::amountOf(tax);
+    const auto T = Money::amountOf(total);
+    const auto sum = Doubts::itemsSum(items);
+    if (sum && (s || T) && !itemsAddUp(items, subtotal, tax, total)) {
+        for (LineItem &item : items)
+            item.confidence = std::min(item.confidence, 0.6);
+    }
+    if (s && t && T && !Doubts::withinACent(*s + *t, *T)) {
+        if (!(sum && Doubts::withinACent(*sum, *s)))
+            cap(subtotal);
+        cap(tax);
+    }
+}
 
 void reconcile(Field &subtotal, Field &tax, Field &total, const QList<LineItem> &items)
 {

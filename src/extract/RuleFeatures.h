@@ -55,6 +55,20 @@ struct RuleFeatures {
     bool subtotalEndsTable = false;
     bool headerSecondLine = false;
 
+    /// Page layout: the item table read by its header's columns; taxes of several rates summed where
+    /// subtotal and total imply them, a rate table read as a table; dotted dates day first, a document
+    /// labelled in German or French alone reads ambiguous dates day first, a due date before the issue
+    /// date is doubted; the currency of the country a page names; values failing a cross-check below
+    /// green.
+    bool columnItems = false;
+    bool taxBySum = false;
+    bool rateTables = false;
+    bool dottedDayFirst = false;
+    bool documentDateOrder = false;
+    bool dueBeforeIssue = false;
+    bool countryCurrency = false;
+    bool crossCheckCaps = false;
+
     constexpr RuleFeatures() = default;
     /// The features of a rule set: none for the base rules, all for the full ones.
     constexpr RuleFeatures(RuleSet set) // NOLINT(google-explicit-constructor): finders take either
@@ -66,5 +80,7 @@ struct RuleFeatures {
         yearRepair = dateByNumber = markedNumbers = currencyEvidence = on;
         sellerHeadings = companyNames = customerBelowTitle = on;
         leadingQuantity = itemDetailLines = subtotalEndsTable = headerSecondLine = on;
+        columnItems = taxBySum = rateTables = crossCheckCaps = on;
+        dottedDayFirst = documentDateOrder = dueBeforeIssue = countryCurrency = on;
     }
 };

@@ -90,6 +90,17 @@ PhrasePattern phrasePattern(QString phrase)
 
 } // namespace
 
+QString phraseText(const QString &phrase)
+{
+    const PhrasePattern pattern = phrasePattern(phrase);
+    QString text = pattern.body;
+    if (pattern.boundaryBefore)
+        text.prepend(QLatin1String("\\b"));
+    if (pattern.boundaryAfter)
+        text.append(QLatin1String("\\b"));
+    return text;
+}
+
 QStringList shippedLanguages()
 {
     registerVocabularies();

@@ -37,6 +37,9 @@ Lexicon load(const QStringList &languages);
 /// named in TABRIX_LANGUAGES ("de,fr"; "en" names the built-in English words and adds nothing).
 const Lexicon &active();
 
+/// One phrase as pattern text, as the word lists read it (see above).
+QString phraseText(const QString &phrase);
+
 /// Pattern text matching any phrase of `list` in `lexicon`, longest first, as "a|b|c"; empty for none.
 QString alternatives(const Lexicon &lexicon, const QString &list);
 
