@@ -59,6 +59,7 @@ TEST(Languages, FullRulesReadTheInvoice)
             EXPECT_EQ(valueOf(full, keys[k]), c.fields[k]) << keys[k];
         EXPECT_EQ(RowFixtures::itemTexts(full.items), c.items);
         const Extractor::Result core = Extractor::extract(invoice(c.rows), {}, RuleSet::Core);
+        EXPECT_EQ(valueOf(core, "number"), QString());
         EXPECT_EQ(valueOf(core, "dueDate"), QString());
     }
 }
