@@ -37,7 +37,7 @@ public:
             return;
         }
         chosen = paths;
-        QDialog::accept();
+        QDialog::accept(); // NOLINT(bugprone-parent-virtual-call): QFileDialog's would refuse folders
     }
 };
 
