@@ -147,7 +147,7 @@ QJsonArray itemsJson(const QList<LineItem> &items)
 std::optional<QList<Field>> parseFields(const QJsonArray &array)
 {
     QList<Field> fields;
-    for (const QJsonValue &value : array) {
+    for (const QJsonValue value : array) {
         const QJsonObject o = value.toObject();
         if (!o.value(QLatin1String("key")).isString() || !o.value(QLatin1String("value")).isString() ||
             !o.value(QLatin1String("confidence")).isDouble())
@@ -169,7 +169,7 @@ std::optional<QList<Field>> parseFields(const QJsonArray &array)
 std::optional<QList<LineItem>> parseItems(const QJsonArray &array)
 {
     QList<LineItem> items;
-    for (const QJsonValue &value : array) {
+    for (const QJsonValue value : array) {
         const QJsonObject o = value.toObject();
         if (!o.value(QLatin1String("description")).isString() || !o.value(QLatin1String("amount")).isString())
             return std::nullopt;

@@ -142,7 +142,7 @@ Expected<QByteArray> zipInMemory(const QList<std::pair<QByteArray, QByteArray>> 
     }
     if (zip_close(archive.get()) < 0)
         return zipFailure(zip_get_error(archive.get()));
-    archive.release(); // closed and freed by zip_close
+    static_cast<void>(archive.release()); // closed and freed by zip_close: the owner lets go
 
     zip_stat_t stat;
     if (zip_source_stat(buffer.get(), &stat) < 0 || zip_source_open(buffer.get()) < 0)

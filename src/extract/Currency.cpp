@@ -136,7 +136,7 @@ QString dollarOf(const QLocale &locale)
 // "kr" is the crown of the Nordic locales; elsewhere the Swedish one, as the most used.
 QString crownOf(const QLocale &locale)
 {
-    const QString own = locale.currencySymbol(QLocale::CurrencyIsoCode);
+    QString own = locale.currencySymbol(QLocale::CurrencyIsoCode);
     for (const char *code : {"SEK", "NOK", "DKK", "ISK"}) {
         if (own == QLatin1String(code))
             return own;

@@ -26,7 +26,7 @@ void merge(Lexicon &lexicon, const QJsonObject &file)
         if (it.key() == QLatin1String("months")) {
             const QJsonArray months = it.value().toArray();
             for (qsizetype m = 0; m < months.size() && m < 12; ++m) {
-                for (const QJsonValue &name : months[m].toArray()) {
+                for (const QJsonValue name : months[m].toArray()) {
                     lexicon.months.insert(name.toString().toLower().remove(u'.'), int(m) + 1);
                     lexicon.lists[QStringLiteral("months")].append(name.toString());
                 }
@@ -36,7 +36,7 @@ void merge(Lexicon &lexicon, const QJsonObject &file)
         if (!it.value().isArray())
             continue;
         QStringList &words = lexicon.lists[it.key()];
-        for (const QJsonValue &word : it.value().toArray()) {
+        for (const QJsonValue word : it.value().toArray()) {
             if (!word.toString().trimmed().isEmpty() && !words.contains(word.toString()))
                 words.append(word.toString());
         }

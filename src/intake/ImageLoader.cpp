@@ -36,7 +36,7 @@ QSize limited(QSize size)
                  std::max(1, int(std::lround(size.height() * f))));
 }
 
-QImage limitedImage(QImage image)
+QImage limitedImage(const QImage &image)
 {
     const QSize size = limited(image.size());
     return size == image.size() ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);

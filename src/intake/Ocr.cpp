@@ -14,7 +14,7 @@ namespace Ocr {
 
 QString languages()
 {
-    const QString chosen = qEnvironmentVariable("TABRIX_OCR_LANGUAGES").trimmed();
+    QString chosen = qEnvironmentVariable("TABRIX_OCR_LANGUAGES").trimmed();
     if (!chosen.isEmpty())
         return chosen;
     // Tesseract names languages by their ISO 639-2/T code; one whose data is not installed is skipped

@@ -43,7 +43,7 @@ std::optional<QList<CustomFieldDef>> decodeEach(const QJsonArray &array)
 {
     QList<CustomFieldDef> defs;
     defs.reserve(array.size());
-    for (const QJsonValue &value : array) {
+    for (const QJsonValue value : array) {
         if (!value.isObject())
             return std::nullopt;
         const QJsonObject object = value.toObject();

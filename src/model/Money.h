@@ -7,6 +7,11 @@
 #include <optional>
 
 /// Amount text to numbers and back. Amounts are doubles; the currency is a separate field.
+/// A double holds the binary value nearest the amount read, so "2.675" is held as 2.67499…. Nothing rounds
+/// while amounts are added or compared (compare them in whole cents, Doubts::withinACent); an amount is
+/// rounded to two decimals only when it is written as text, from the value held: `twoDecimals` rounds
+/// exact ties to even as printf does (0.125 gives "0.12"), `pretty` rounds them away from zero as QLocale
+/// does (0.125 gives "0.13").
 namespace Money {
 
 /// The amount in `text`, or nothing when it holds no usable number. Accepts grouping with "," or ".",

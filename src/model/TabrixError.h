@@ -6,7 +6,6 @@
 struct TabrixError {
     QString message;
 
-    const QString &description() const { return message; }
     bool operator==(const TabrixError &) const = default;
 };
 

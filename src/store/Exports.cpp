@@ -65,7 +65,7 @@ QString Exports::exportAs(ExportFormat format, RowLayout layout)
     if (docs.isEmpty())
         return ExportText::nothingApproved();
     bool written = false;
-    const QString message = save(
+    QString message = save(
         fileNameOf(format, layout), filterOf(format),
         [&](const QString &path) -> std::optional<TabrixError> {
             const Expected<QByteArray> bytes = Exporter::exportBytes(format, layout, docs, m_fields.defs());

@@ -37,7 +37,7 @@ public:
             return;
         }
         chosen = paths;
-        QDialog::accept();
+        QDialog::accept(); // NOLINT(bugprone-parent-virtual-call): QFileDialog's would refuse folders
     }
 };
 
@@ -86,7 +86,7 @@ QString DialogStoreUi::chooseFileToOpen(const QString &filter)
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return {};
-    const QString path = dialog.selectedFiles().constFirst();
+    QString path = dialog.selectedFiles().constFirst();
     remember(path);
     return path;
 }
@@ -101,7 +101,7 @@ QString DialogStoreUi::chooseFileToSave(const QString &proposedName, const QStri
     dialog.selectFile(proposedName);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return {};
-    const QString path = dialog.selectedFiles().constFirst();
+    QString path = dialog.selectedFiles().constFirst();
     remember(path);
     return path;
 }

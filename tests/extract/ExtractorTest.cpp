@@ -14,11 +14,13 @@ TEST(Extract, FixedFieldListAndCustomFieldsLast)
     QStringList keys;
     for (const Field &field : result.fields) {
         keys.append(field.key);
-        EXPECT_TRUE(field.value.isEmpty() && !field.box) << field.key.toStdString();
+        EXPECT_EQ(field.value, QString()) << field.key.toStdString();
+        EXPECT_FALSE(field.box) << field.key.toStdString();
     }
     EXPECT_EQ(keys,
               (QStringList{"vendor", "number", "date", "dueDate", "currency", "subtotal", "tax", "total"}));
-    EXPECT_TRUE(result.rows.isEmpty() && result.items.isEmpty());
+    EXPECT_TRUE(result.rows.isEmpty());
+    EXPECT_TRUE(result.items.isEmpty());
 
     const QList<CustomFieldDef> defs{{QUuid::createUuid(), "A", "po", false},
                                      {QUuid::createUuid(), "B", "x", true},

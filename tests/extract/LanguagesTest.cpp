@@ -13,26 +13,54 @@ namespace {
 // item headers and summary rows. The base rules, English only, miss most of it.
 TEST(Languages, FullRulesReadTheInvoice)
 {
+    const char *const keys[] = {"vendor", "number", "date", "dueDate", "subtotal", "tax", "total"};
     // clang-format off
-    // fields: vendor, number, date, due date, subtotal, tax and total
     const struct { const char *language; QList<QStringList> rows; QStringList fields; QStringList items; } cases[] = {
-        {"de", {{"Muster Werkzeuge GmbH"}, {"Rechnung Nr. 2024-117"}, {"Rechnungsdatum: 11. März 2024"}, {"Zahlbar bis 25.03.2024"}, {"Pos", "Bezeichnung", "Menge", "Einzelpreis", "Betrag"}, {"1 Schraubensatz", "2", "15,00", "30,00"}, {"2 Montage", "1,5", "40,00", "60,00"}, {"Summe netto", "90,00"}, {"zzgl. 19 % USt.", "17,10"}, {"Gesamtbetrag", "107,10 €"}}, {"Muster Werkzeuge GmbH", "2024-117", "2024-03-11", "2024-03-25", "90.00", "17.10", "107.10"}, {"2 x Schraubensatz = 30.00", "1.5 x Montage = 60.00"}},
-        {"fr", {{"Atelier Dupont SARL"}, {"Facture n° F-2024-0042"}, {"Date de facture : 5 janvier 2024"}, {"Date d'échéance : 4 février 2024"}, {"Désignation", "Qté", "Prix unitaire", "Montant HT"}, {"Réparation portail", "1", "1 250,00", "1 250,00"}, {"Total HT", "1 250,00"}, {"TVA 20 %", "250,00"}, {"Total TTC", "1 500,00"}}, {"Atelier Dupont SARL", "F-2024-0042", "2024-01-05", "2024-02-04", "1250.00", "250.00", "1500.00"}, {"1 x Réparation portail = 1250.00"}},
-        {"nl", {{"Bakkerij Jansen B.V."}, {"Factuurnummer: 2024-01"}, {"Factuurdatum: 12 maart 2024"}, {"Vervaldatum: 26-03-2024"}, {"Omschrijving", "Aantal", "Prijs", "Bedrag"}, {"Taart", "2", "12,50", "25,00"}, {"Subtotaal", "25,00"}, {"BTW 9%", "2,25"}, {"Totaal", "27,25"}}, {"Bakkerij Jansen B.V.", "2024-01", "2024-03-12", "2024-03-26", "25.00", "2.25", "27.25"}, {"2 x Taart = 25.00"}},
-        {"es", {{"Ferretería López S.L."}, {"Factura nº A-2024/15"}, {"Fecha de emisión: 3 de mayo de 2024"}, {"Vencimiento: 2 de junio de 2024"}, {"Descripción", "Cantidad", "Precio", "Importe"}, {"Tornillos", "10", "0,50", "5,00"}, {"Base imponible", "5,00"}, {"IVA 21%", "1,05"}, {"Total factura", "6,05"}}, {"Ferretería López S.L.", "A-2024/15", "2024-05-03", "2024-06-02", "5.00", "1.05", "6.05"}, {"10 x Tornillos = 5.00"}},
-        {"it", {{"Ferramenta Rossi S.r.l."}, {"Fattura n. 2024/77"}, {"Data fattura: 15 aprile 2024"}, {"Scadenza: 15/05/2024"}, {"Descrizione", "Quantità", "Prezzo", "Importo"}, {"Chiodi", "4", "2,50", "10,00"}, {"Imponibile", "10,00"}, {"IVA 22%", "2,20"}, {"Totale documento", "12,20"}}, {"Ferramenta Rossi S.r.l.", "2024/77", "2024-04-15", "2024-05-15", "10.00", "2.20", "12.20"}, {"4 x Chiodi = 10.00"}},
+        {"de",
+         {{"Muster Werkzeuge GmbH"}, {"Rechnung Nr. 2024-117"}, {"Rechnungsdatum: 11. März 2024"},
+          {"Zahlbar bis 25.03.2024"}, {"Pos", "Bezeichnung", "Menge", "Einzelpreis", "Betrag"},
+          {"1 Schraubensatz", "2", "15,00", "30,00"}, {"2 Montage", "1,5", "40,00", "60,00"},
+          {"Summe netto", "90,00"}, {"zzgl. 19 % USt.", "17,10"}, {"Gesamtbetrag", "107,10 €"}},
+         {"Muster Werkzeuge GmbH", "2024-117", "2024-03-11", "2024-03-25", "90.00", "17.10", "107.10"},
+         {"2 x Schraubensatz = 30.00", "1.5 x Montage = 60.00"}},
+        {"fr",
+         {{"Atelier Dupont SARL"}, {"Facture n° F-2024-0042"}, {"Date de facture : 5 janvier 2024"},
+          {"Date d'échéance : 4 février 2024"}, {"Désignation", "Qté", "Prix unitaire", "Montant HT"},
+          {"Réparation portail", "1", "1 250,00", "1 250,00"}, {"Total HT", "1 250,00"},
+          {"TVA 20 %", "250,00"}, {"Total TTC", "1 500,00"}},
+         {"Atelier Dupont SARL", "F-2024-0042", "2024-01-05", "2024-02-04", "1250.00", "250.00", "1500.00"},
+         {"1 x Réparation portail = 1250.00"}},
+        {"nl",
+         {{"Bakkerij Jansen B.V."}, {"Factuurnummer: 2024-01"}, {"Factuurdatum: 12 maart 2024"},
+          {"Vervaldatum: 26-03-2024"}, {"Omschrijving", "Aantal", "Prijs", "Bedrag"},
+          {"Taart", "2", "12,50", "25,00"}, {"Subtotaal", "25,00"}, {"BTW 9%", "2,25"}, {"Totaal", "27,25"}},
+         {"Bakkerij Jansen B.V.", "2024-01", "2024-03-12", "2024-03-26", "25.00", "2.25", "27.25"},
+         {"2 x Taart = 25.00"}},
+        {"es",
+         {{"Ferretería López S.L."}, {"Factura nº A-2024/15"}, {"Fecha de emisión: 3 de mayo de 2024"},
+          {"Vencimiento: 2 de junio de 2024"}, {"Descripción", "Cantidad", "Precio", "Importe"},
+          {"Tornillos", "10", "0,50", "5,00"}, {"Base imponible", "5,00"}, {"IVA 21%", "1,05"},
+          {"Total factura", "6,05"}},
+         {"Ferretería López S.L.", "A-2024/15", "2024-05-03", "2024-06-02", "5.00", "1.05", "6.05"},
+         {"10 x Tornillos = 5.00"}},
+        {"it",
+         {{"Ferramenta Rossi S.r.l."}, {"Fattura n. 2024/77"}, {"Data fattura: 15 aprile 2024"},
+          {"Scadenza: 15/05/2024"}, {"Descrizione", "Quantità", "Prezzo", "Importo"},
+          {"Chiodi", "4", "2,50", "10,00"}, {"Imponibile", "10,00"}, {"IVA 22%", "2,20"},
+          {"Totale documento", "12,20"}},
+         {"Ferramenta Rossi S.r.l.", "2024/77", "2024-04-15", "2024-05-15", "10.00", "2.20", "12.20"},
+         {"4 x Chiodi = 10.00"}},
     };
     // clang-format on
     for (const auto &c : cases) {
         SCOPED_TRACE(c.language);
         const Extractor::Result full = Extractor::extract(invoice(c.rows), {}, RuleSet::Full);
-        QStringList values;
-        for (const char *key : {"vendor", "number", "date", "dueDate", "subtotal", "tax", "total"})
-            values.append(valueOf(full, key));
-        EXPECT_EQ(values, c.fields);
+        for (qsizetype k = 0; k < c.fields.size(); ++k)
+            EXPECT_EQ(valueOf(full, keys[k]), c.fields[k]) << keys[k];
         EXPECT_EQ(RowFixtures::itemTexts(full.items), c.items);
         const Extractor::Result core = Extractor::extract(invoice(c.rows), {}, RuleSet::Core);
-        EXPECT_TRUE(valueOf(core, "number").isEmpty() || valueOf(core, "dueDate").isEmpty());
+        EXPECT_EQ(valueOf(core, "number"), QString());
+        EXPECT_EQ(valueOf(core, "dueDate"), QString());
     }
 }
 

@@ -67,7 +67,8 @@ TEST(AmountNear, RowBelowOnTheSamePage)
 {
     const auto near = Extractor::amountNear(scan({{"T 12"}, {"4.00"}}), 0);
     ASSERT_TRUE(near);
-    EXPECT_EQ(std::pair(near->value, near->fromNextRow), std::pair(4.0, true));
+    EXPECT_EQ(near->value, 4.0);
+    EXPECT_TRUE(near->fromNextRow);
     const QList<Row> rows{RowFixtures::row({"Total"}, 0.9, 0), RowFixtures::row({"10.00"}, 0.1, 1)};
     EXPECT_FALSE(Extractor::amountNear(Extractor::scanRows(rows), 0));
 }

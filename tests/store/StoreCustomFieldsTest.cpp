@@ -22,7 +22,8 @@ TEST_F(StoreCustomFields, SavedFileAndReload)
     for (const QByteArray bad : {"[{\"id\": ", "{}"}) {
         writeFile(saved, bad);
         auto loaded = makeStore();
-        EXPECT_TRUE(loaded->customFields().isEmpty() && loaded->alertText().isEmpty()) << bad.constData();
+        EXPECT_TRUE(loaded->customFields().isEmpty()) << bad.constData();
+        EXPECT_TRUE(loaded->alertText().isEmpty()) << bad.constData();
         EXPECT_EQ(readFile(saved), bad);
     }
     store->setCustomFields({});
@@ -72,8 +73,10 @@ TEST_F(StoreCustomFields, SyncUpdatesReadyDocuments)
     const QList<DocPtr> docs = readBatch(2);
     QList<Field> fields = docs[0]->fields();
     ASSERT_EQ(fields.size(), 10);
-    for (qsizetype i : {8, 9})
-        fields[i].value = "typed", fields[i].edited = true;
+    for (qsizetype i : {8, 9}) {
+        fields[i].value = "typed";
+        fields[i].edited = true;
+    }
     docs[0]->setFields(fields);
     docs[1]->setStatus(DocStatus::Queued);
     const QList<Field> queued = docs[1]->fields();
@@ -89,10 +92,13 @@ TEST_F(StoreCustomFields, SyncUpdatesReadyDocuments)
     const QList<Field> synced = docs[0]->fields();
     ASSERT_EQ(synced.size(), 11);
     EXPECT_EQ(synced.first(8), fields.first(8));
-    EXPECT_EQ(std::tuple(synced[8].key, synced[8].label, synced[8].source, synced[8].edited),
-              std::tuple(uuidText(ref.id), "Custom field", "re|Reference", false));
-    EXPECT_EQ(std::tuple(synced[9].label, synced[9].value, synced[9].edited),
-              std::tuple("Purchase order", "typed", true));
+    EXPECT_EQ(synced[8].key, uuidText(ref.id));
+    EXPECT_EQ(synced[8].label, "Custom field");
+    EXPECT_EQ(synced[8].source, "re|Reference");
+    EXPECT_FALSE(synced[8].edited);
+    EXPECT_EQ(synced[9].label, "Purchase order");
+    EXPECT_EQ(synced[9].value, "typed");
+    EXPECT_TRUE(synced[9].edited);
     EXPECT_EQ(synced[10].key, uuidText(added.id));
     EXPECT_EQ(docs[1]->fields(), queued);
 

@@ -38,7 +38,8 @@ TEST_F(StoreExport, CsvAndTsvFollowLayout)
               "Copied 2 approved documents as tab-separated text. Paste it into a spreadsheet.");
     const QStringList lines = ui.clipboard.split('\n');
     ASSERT_EQ(lines.size(), 4);
-    EXPECT_TRUE(lines[1].startsWith("doc1.pdf\t") && lines[2].startsWith("doc3.pdf\t"));
+    EXPECT_TRUE(lines[1].startsWith("doc1.pdf\t")) << lines[1].toStdString();
+    EXPECT_TRUE(lines[2].startsWith("doc3.pdf\t")) << lines[2].toStdString();
 
     store->clearAlert();
     store->exportCSV();

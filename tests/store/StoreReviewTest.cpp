@@ -20,9 +20,11 @@ TEST_F(StoreReview, PositionAndStepConditions)
         store->clearAll();
         const QList<DocPtr> docs = readBatch(c.count);
         store->setSelectedID(c.selected < 0 ? QUuid::createUuid() : docs[c.selected]->id());
-        EXPECT_EQ(
-            std::tuple(store->position(), store->canGoPrevious(), store->canGoNext(), store->selected()),
-            std::tuple(c.position, c.previous, c.next, c.selected < 0 ? nullptr : docs[c.selected]));
+        SCOPED_TRACE(c.position.toStdString());
+        EXPECT_EQ(store->position(), c.position);
+        EXPECT_EQ(store->canGoPrevious(), c.previous);
+        EXPECT_EQ(store->canGoNext(), c.next);
+        EXPECT_EQ(store->selected(), c.selected < 0 ? nullptr : docs[c.selected]);
     }
 }
 
@@ -32,7 +34,8 @@ TEST_F(StoreReview, MoveClampsAndClearsHighlight)
 {
     store->setHighlightKey("total");
     store->move(1);
-    EXPECT_EQ(std::tuple(store->selected(), store->highlightKey()), std::tuple(nullptr, "total"));
+    EXPECT_EQ(store->selected(), nullptr);
+    EXPECT_EQ(store->highlightKey(), "total");
 
     const QList<DocPtr> docs = readBatch(10);
     // clang-format off
@@ -70,8 +73,9 @@ TEST_F(StoreReview, Approval)
     store->setSelectedID(docs[0]->id());
     store->setHighlightKey("vendor");
     store->approveAndNext();
-    EXPECT_EQ(std::tuple(store->selected(), store->highlightKey(), store->approvedDocs().size()),
-              std::tuple(docs[0], "vendor", 2));
+    EXPECT_EQ(store->selected(), docs[0]);
+    EXPECT_EQ(store->highlightKey(), "vendor");
+    EXPECT_EQ(store->approvedDocs().size(), 2);
 
     docs[2]->setApproved(false);
     docs[1]->setStatus(DocStatus::Ready);
@@ -106,7 +110,8 @@ TEST_F(StoreReview, AskingGuardsWorkOnly)
 
     ui.asked.clear();
     store->clearAllAsking(); // declined: the batch stays
-    EXPECT_EQ(std::tuple(ui.asked, store->docs().size()), std::tuple(QStringList{"Clear the batch?"}, 2));
+    EXPECT_EQ(ui.asked, QStringList{"Clear the batch?"});
+    EXPECT_EQ(store->docs().size(), 2);
     ui.answer = true;
     store->clearAllAsking();
     EXPECT_TRUE(store->docs().isEmpty());

@@ -30,7 +30,10 @@ protected:
     {
         window->showCustomFields();
         CustomFieldsDialog *sheet = window->customFieldsDialog();
-        EXPECT_TRUE(sheet && QTest::qWaitForWindowExposed(sheet));
+        EXPECT_NE(sheet, nullptr);
+        if (sheet) {
+            EXPECT_TRUE(QTest::qWaitForWindowExposed(sheet));
+        }
         return sheet;
     }
 };

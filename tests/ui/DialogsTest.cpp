@@ -63,18 +63,19 @@ TEST_F(DialogsTest, ExportsThroughTheSaveDialog)
 {
     addAndWait({"invoice.pdf"});
     store->approveAllReady();
-    // the Rows picker (per document, per line item), action, proposed name, saved as, the file's start
+    // rows: the Rows picker's index (per document, per line item); start: how the saved file begins
     // clang-format off
-    const std::tuple<int, const char *, const char *, const char *, QByteArray> cases[] = {
+    const struct { int rows; const char *action, *proposedName, *savedAs; QByteArray start; } cases[] = {
         {0, "exportCSV", "tabrix-documents.csv", "out.csv", "\xEF\xBB\xBF"},
         {0, "exportJSON", "tabrix-export.json", "out.json", "["},
         {0, "exportXLSX", "tabrix-export.xlsx", "out.xlsx", "PK"},
         {1, "exportCSV", "tabrix-line-items.csv", "items.csv", "\xEF\xBB\xBF"},
     };
     // clang-format on
-    for (const auto &[rows, action, proposedName, savedAs, start] : cases) {
-        window->findChild<QComboBox *>(QStringLiteral("rowsPicker"))->setCurrentIndex(rows);
-        const QString saved = docsFolder() + "/" + savedAs;
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.savedAs);
+        window->findChild<QComboBox *>(QStringLiteral("rowsPicker"))->setCurrentIndex(c.rows);
+        const QString saved = docsFolder() + "/" + c.savedAs;
         QString proposed;
         onNextDialog<QFileDialog>([&](QFileDialog *dialog) {
             proposed = dialog->selectedFiles().value(0);
@@ -82,9 +83,9 @@ TEST_F(DialogsTest, ExportsThroughTheSaveDialog)
             dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(saved);
             static_cast<QDialog *>(dialog)->accept();
         });
-        window->findChild<QAction *>(action)->trigger();
-        EXPECT_EQ(QFileInfo(proposed).fileName(), proposedName);
-        EXPECT_TRUE(readFile(saved).startsWith(start)) << action;
+        window->findChild<QAction *>(c.action)->trigger();
+        EXPECT_EQ(QFileInfo(proposed).fileName(), c.proposedName);
+        EXPECT_TRUE(readFile(saved).startsWith(c.start));
     }
 }
 

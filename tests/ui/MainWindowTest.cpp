@@ -128,14 +128,16 @@ TEST_F(MainWindowTest, WindowFitsTheScreenAndRemembersItsLayout)
     window->resize(MainWindow::fitted(minimum + QSize(40, 20), available).expandedTo(minimum));
     window->splitter()->setSizes({300, 600});
     QApplication::processEvents();
-    const auto layout = std::pair(window->size(), window->splitter()->sizes());
+    const QSize size = window->size();
+    const QList<int> panes = window->splitter()->sizes();
     ASSERT_TRUE(window->close());
 
     MainWindow again(*store);
     again.restoreLayout(QSize(2160, 1350));
     again.show();
     QApplication::processEvents();
-    EXPECT_EQ(std::pair(again.size(), again.splitter()->sizes()), layout);
+    EXPECT_EQ(again.size(), size);
+    EXPECT_EQ(again.splitter()->sizes(), panes);
 }
 
 // Texts written for macOS name this computer and Ctrl elsewhere, and stay as written on macOS.

@@ -28,9 +28,8 @@ QStringList described(const QList<OutlineBox> &outlines)
 TEST(ConfidenceBadgeTest, LookFollowsDoubtsEditsAndConfidence)
 {
     using Tone = Theme::Tone;
-    // confidence, edited, empty, doubts, text, tone
     // clang-format off
-    const std::tuple<double, bool, bool, QStringList, QString, Tone> cases[] = {
+    const struct { double confidence; bool edited, empty; QStringList doubts; QString text; Tone tone; } cases[] = {
         {0.9, true, false, {"Sum differs", "Tax"}, "Check", Tone::Orange},
         {0.62, true, false, {}, "Edited", Tone::Blue},
         {0.0, true, true, {}, "Edited", Tone::Blue},
@@ -42,10 +41,12 @@ TEST(ConfidenceBadgeTest, LookFollowsDoubtsEditsAndConfidence)
         {0.875, false, false, {}, "88%", Tone::Green},
     };
     // clang-format on
-    for (const auto &[confidence, edited, empty, doubts, text, tone] : cases) {
-        const BadgeLook look = ConfidenceBadge::look(confidence, edited, empty, doubts);
-        EXPECT_EQ(std::pair(look.text, look.tone), std::pair(text, tone)) << confidence;
-        if (!doubts.isEmpty()) {
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.confidence);
+        const BadgeLook look = ConfidenceBadge::look(c.confidence, c.edited, c.empty, c.doubts);
+        EXPECT_EQ(look.text, c.text);
+        EXPECT_EQ(look.tone, c.tone);
+        if (!c.doubts.isEmpty()) {
             EXPECT_EQ(look.tooltip, "Sum differs\nTax");
         }
     }
@@ -146,7 +147,8 @@ TEST_F(ReviewTest, LineItemsAreEditedThroughTheGrid)
     EXPECT_TRUE(total->text().endsWith(Money::pretty(17.5))) << total->text().toStdString();
 
     QTest::mouseClick(grid->removeButton(0), Qt::LeftButton);
-    EXPECT_EQ(std::tuple(grid->rowCount(), doc->items()[0].amount), std::tuple(2, "5.00"));
+    EXPECT_EQ(grid->rowCount(), 2);
+    EXPECT_EQ(doc->items()[0].amount, "5.00");
     doc->setItems({});
     EXPECT_TRUE(form->findChild<QLabel *>(QStringLiteral("noItems"))->isVisible());
     EXPECT_FALSE(total->isVisible());
@@ -215,8 +217,9 @@ TEST_F(ReviewTest, BoxesShowTheirValues)
     doc->editField("vendor", longVendor);
     auto *vendor = qobject_cast<ValueEdit *>(form->fieldEdit("vendor"));
     ASSERT_NE(vendor, nullptr);
-    EXPECT_EQ(std::tuple(vendor->cursorPosition(), vendor->fits(), vendor->toolTip()),
-              std::tuple(0, false, longVendor));
+    EXPECT_EQ(vendor->cursorPosition(), 0);
+    EXPECT_FALSE(vendor->fits());
+    EXPECT_EQ(vendor->toolTip(), longVendor);
     doc->editField("vendor", "Acme");
     EXPECT_TRUE(vendor->toolTip().isEmpty());
 

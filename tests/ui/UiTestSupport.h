@@ -67,7 +67,8 @@ class UiTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(m_temp.isValid() && QDir(m_temp.path()).mkpath(QStringLiteral("docs")));
+        ASSERT_TRUE(m_temp.isValid());
+        ASSERT_TRUE(QDir(m_temp.path()).mkpath(QStringLiteral("docs")));
         // The window's remembered layout goes to the temporary folder, never the user's settings.
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_temp.filePath("settings"));
     }
@@ -88,7 +89,8 @@ protected:
         QStringList paths;
         for (const QString &name : names) {
             paths.append(docsFolder() + '/' + name);
-            EXPECT_TRUE(QDir().mkpath(QFileInfo(paths.last()).path()) && writeFile(paths.last(), {}));
+            EXPECT_TRUE(QDir().mkpath(QFileInfo(paths.last()).path())) << name.toStdString();
+            EXPECT_TRUE(writeFile(paths.last(), {})) << name.toStdString();
         }
         return paths;
     }
