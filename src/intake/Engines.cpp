@@ -7,12 +7,7 @@
 
 namespace Engines {
 
-namespace {
-
-// Loads the module `name` from the program's folder, the library folder an installation puts it in, or
-// the build folder; it stays loaded for the life of the process, as do the objects it makes. Empty when
-// it loaded, otherwise why not.
-QString load(QLibrary &library, const QString &name)
+QString loadModule(QLibrary &library, const QString &name)
 {
     QStringList folders;
     if (QCoreApplication::instance()) {
@@ -29,14 +24,12 @@ QString load(QLibrary &library, const QString &name)
     return library.errorString();
 }
 
-} // namespace
-
 const Module &module()
 {
     static const Module loaded = [] {
         Module m;
         QLibrary library;
-        if (const QString failed = load(library, QStringLiteral("tabrix_engines")); !failed.isEmpty()) {
+        if (const QString failed = loadModule(library, QStringLiteral("tabrix_engines")); !failed.isEmpty()) {
             m.error = QStringLiteral("the recognition module could not be loaded (%1)").arg(failed);
             return m;
         }
@@ -54,7 +47,7 @@ const PdfModule &pdfModule()
     static const PdfModule loaded = [] {
         PdfModule m;
         QLibrary library;
-        if (const QString failed = load(library, QStringLiteral("tabrix_pdf")); !failed.isEmpty()) {
+        if (const QString failed = loadModule(library, QStringLiteral("tabrix_pdf")); !failed.isEmpty()) {
             m.error = QStringLiteral("the PDF module could not be loaded (%1)").arg(failed);
             return m;
         }

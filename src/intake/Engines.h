@@ -1,7 +1,8 @@
 #pragma once
 
 // The boundary to the separately loaded modules that hold the native libraries only some documents need:
-// "tabrix_engines" with Tesseract (recognition) and libheif (HEIC/HEIF), and "tabrix_pdf" with poppler.
+// "tabrix_engines" with Tesseract (recognition) and libheif (HEIC/HEIF), and "tabrix_pdf" with poppler
+// (the export's "tabrix_zip" with libzip is found by loadModule too).
 // Linking them into every program would cost each tabrix-cli process tens of milliseconds of dynamic
 // loading before it reads a single page; loaded on first use, `--lines` never pays for them and a digital
 // PDF never pays for the recogniser. Everything here is header-only so that the modules and the programs
@@ -14,6 +15,7 @@
 #include "Ocr.h"
 
 #include <QImage>
+#include <QLibrary>
 #include <QList>
 #include <QRectF>
 #include <QSizeF>
@@ -86,6 +88,10 @@ struct PdfModule {
     OpenPdf openPdf = nullptr;
     QString error; ///< why the module could not be loaded; empty when it was
 };
+
+/// Loads the module `name` ("tabrix_engines") from the program's folder, the library folder of an
+/// installation, or the build folder, for the life of the process. Empty when it loaded, otherwise why not.
+QString loadModule(QLibrary &library, const QString &name);
 
 /// The recognition module, loaded once per process from the program's folder (or the build folder) on
 /// first call.
