@@ -1,12 +1,12 @@
 #include "Xlsx.h"
 
-#include "model/CHandle.h"
+#include "intake/Engines.h"
 #include "model/JsonText.h"
 #include "model/Money.h"
 
+#include <QLibrary>
 #include <QLocale>
 #include <utility>
-#include <zip.h>
 
 namespace Exporter {
 
@@ -100,59 +100,29 @@ QByteArray styles()
            "applyFont=\"1\"/></cellXfs></styleSheet>";
 }
 
-using ZipPtr = CHandle<zip_t, zip_discard>;
-using SourcePtr = CHandle<zip_source_t, zip_source_free>;
+using ZipEntries = QList<std::pair<QByteArray, QByteArray>>;
+/// The zip module's entry point: fills `archive` and returns true, or fills `error` and returns false.
+using ZipInMemory = bool (*)(const ZipEntries *entries, QByteArray *archive, QString *error);
 
-TabrixError zipFailure(zip_error_t *error)
+/// A zip archive of `entries` (name, bytes), built in memory by libzip. libzip and the libraries it needs
+/// live in the module "tabrix_zip", loaded on the first workbook, so that no other run loads them.
+Expected<QByteArray> zipInMemory(const ZipEntries &entries)
 {
-    return TabrixError{QStringLiteral("zip failed (%1) %2")
-                           .arg(zip_error_code_zip(error))
-                           .arg(QString::fromUtf8(zip_error_strerror(error)))};
-}
-
-/// A zip archive of `entries` (name, bytes), built in memory. The entries' bytes must stay alive
-/// until it returns, since libzip reads them only when the archive is closed.
-Expected<QByteArray> zipInMemory(const QList<std::pair<QByteArray, QByteArray>> &entries)
-{
-    zip_error_t error;
-    zip_error_init(&error);
-    const SourcePtr buffer(zip_source_buffer_create(nullptr, 0, 0, &error));
-    if (!buffer) {
-        TabrixError failure = zipFailure(&error);
-        zip_error_fini(&error);
-        return failure;
-    }
-    ZipPtr archive(zip_open_from_source(buffer.get(), ZIP_TRUNCATE, &error));
-    if (!archive) {
-        TabrixError failure = zipFailure(&error);
-        zip_error_fini(&error);
-        return failure;
-    }
-    zip_source_keep(buffer.get()); // the archive releases its reference on close; we read it after
-
-    for (const auto &[name, bytes] : entries) {
-        zip_source_t *source =
-            zip_source_buffer(archive.get(), bytes.constData(), zip_uint64_t(bytes.size()), 0);
-        if (!source)
-            return zipFailure(zip_get_error(archive.get()));
-        if (zip_file_add(archive.get(), name.constData(), source, ZIP_FL_ENC_UTF_8) < 0) {
-            zip_source_free(source);
-            return zipFailure(zip_get_error(archive.get()));
-        }
-    }
-    if (zip_close(archive.get()) < 0)
-        return zipFailure(zip_get_error(archive.get()));
-    static_cast<void>(archive.release()); // closed and freed by zip_close: the owner lets go
-
-    zip_stat_t stat;
-    if (zip_source_stat(buffer.get(), &stat) < 0 || zip_source_open(buffer.get()) < 0)
-        return zipFailure(zip_source_error(buffer.get()));
-    QByteArray out(qsizetype(stat.size), Qt::Uninitialized);
-    const zip_int64_t read = zip_source_read(buffer.get(), out.data(), stat.size);
-    zip_source_close(buffer.get());
-    if (read < 0 || zip_uint64_t(read) != stat.size)
-        return zipFailure(zip_source_error(buffer.get()));
-    return out;
+    static const auto [zip, unloaded] = [] {
+        QLibrary library;
+        const QString failed = Engines::loadModule(library, QStringLiteral("tabrix_zip"));
+        const auto resolved =
+            reinterpret_cast<ZipInMemory>(failed.isEmpty() ? library.resolve("tabrix_zip") : nullptr);
+        return std::pair{resolved, failed.isEmpty() ? library.fileName() : failed};
+    }();
+    if (!zip)
+        return TabrixError{
+            QStringLiteral("zip failed (0) the archive module could not be loaded (%1)").arg(unloaded)};
+    QByteArray archive;
+    QString error;
+    if (!zip(&entries, &archive, &error))
+        return TabrixError{error};
+    return archive;
 }
 
 } // namespace

@@ -7,34 +7,53 @@
 
 namespace Engines {
 
+QString loadModule(QLibrary &library, const QString &name)
+{
+    QStringList folders;
+    if (QCoreApplication::instance()) {
+        folders.append(QCoreApplication::applicationDirPath());
+        // Where `cmake --install` puts it: the library folder beside the programs' folder.
+        folders.append(QCoreApplication::applicationDirPath() + QStringLiteral("/" TABRIX_ENGINES_FROM_BIN));
+    }
+    folders.append(QStringLiteral(TABRIX_ENGINES_DIR));
+    for (const QString &folder : std::as_const(folders)) {
+        library.setFileName(folder + u'/' + name);
+        if (library.load())
+            return {};
+    }
+    return library.errorString();
+}
+
 const Module &module()
 {
     static const Module loaded = [] {
         Module m;
-        QStringList folders;
-        if (QCoreApplication::instance()) {
-            folders.append(QCoreApplication::applicationDirPath());
-            // Where `cmake --install` puts it: the library folder beside the programs' folder.
-            folders.append(QCoreApplication::applicationDirPath() +
-                           QStringLiteral("/" TABRIX_ENGINES_FROM_BIN));
-        }
-        folders.append(QStringLiteral(TABRIX_ENGINES_DIR));
         QLibrary library;
-        for (const QString &folder : std::as_const(folders)) {
-            library.setFileName(folder + QStringLiteral("/tabrix_engines"));
-            if (library.load())
-                break;
-        }
-        if (!library.isLoaded()) {
-            m.error =
-                QStringLiteral("the recognition module could not be loaded (%1)").arg(library.errorString());
+        if (const QString failed = loadModule(library, QStringLiteral("tabrix_engines")); !failed.isEmpty()) {
+            m.error = QStringLiteral("the recognition module could not be loaded (%1)").arg(failed);
             return m;
         }
-        // The module stays loaded for the life of the process; engines it made live in thread storage.
         m.createTesseract = reinterpret_cast<CreateTesseract>(library.resolve(createTesseractName));
         m.openHeif = reinterpret_cast<OpenHeif>(library.resolve(openHeifName));
         if (!m.createTesseract || !m.openHeif)
             m.error = QStringLiteral("the recognition module is incomplete (%1)").arg(library.fileName());
+        return m;
+    }();
+    return loaded;
+}
+
+const PdfModule &pdfModule()
+{
+    static const PdfModule loaded = [] {
+        PdfModule m;
+        QLibrary library;
+        if (const QString failed = loadModule(library, QStringLiteral("tabrix_pdf")); !failed.isEmpty()) {
+            m.error = QStringLiteral("the PDF module could not be loaded (%1)").arg(failed);
+            return m;
+        }
+        m.openPdf = reinterpret_cast<OpenPdf>(library.resolve(openPdfName));
+        if (!m.openPdf)
+            m.error = QStringLiteral("the PDF module is incomplete (%1)").arg(library.fileName());
         return m;
     }();
     return loaded;

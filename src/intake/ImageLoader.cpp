@@ -1,8 +1,8 @@
 #include "ImageLoader.h"
 
 #include "Engines.h"
-#include "Ocr.h"
-#include "PageImage.h"
+#include "PageCut.h"
+#include "PageRecognition.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -148,15 +148,14 @@ Expected<QList<PagePtr>> loadImage(const QByteArray &bytes, const LoadOptions &o
             continue;
         // Page numbers count the pages kept, so they stay consecutive when a frame could not be decoded.
         const int page = int(pages.size());
-        const PageImage::Grey grey = PageImage::toGrey(image);
-        Ocr::Engine &engine = options.ocr ? *options.ocr : Ocr::threadEngine(options.rules);
-        auto lines = Ocr::read(engine, grey.image, page, options.rules);
-        if (auto *failed = std::get_if<TabrixError>(&lines))
+        auto read = recognizePage(image, page, options);
+        if (auto *failed = std::get_if<TabrixError>(&read))
             return *failed;
+        RecognizedPage &recognized = std::get<RecognizedPage>(read);
         auto data = std::make_shared<PageData>();
-        data->lines = std::get<QList<TextLine>>(std::move(lines));
+        data->lines = std::move(recognized.lines);
         if (options.renderImages)
-            data->image = PageImage::compact(image, grey);
+            data->image = std::move(recognized.image);
         pages.append(std::move(data));
     }
     if (pages.isEmpty())

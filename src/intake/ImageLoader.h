@@ -1,6 +1,12 @@
 #pragma once
 
-#include "Pipeline.h"
+#include "LoadOptions.h"
+
+#include "model/PageData.h"
+#include "model/TabrixError.h"
+
+#include <QList>
+#include <QString>
 
 namespace Pipeline {
 

@@ -1,8 +1,9 @@
 #include "PdfLoader.h"
 
 #include "ColumnGap.h"
-#include "Ocr.h"
-#include "PageImage.h"
+#include "Engines.h"
+#include "PageCut.h"
+#include "PageRecognition.h"
 
 #include "model/Graphemes.h"
 
@@ -11,9 +12,7 @@
 #include <atomic>
 #include <cmath>
 #include <future>
-#include <mutex>
 #include <optional>
-#include <poppler/qt6/poppler-qt6.h>
 
 namespace Pipeline {
 
@@ -29,15 +28,6 @@ TabrixError error(const char *message)
     return TabrixError{QString::fromLatin1(message)};
 }
 
-// Poppler reports every syntax problem of a damaged file on the debug output; the user learns of a file
-// that cannot be read from its failed status instead.
-void silencePoppler()
-{
-    static std::once_flag once;
-    std::call_once(once,
-                   [] { Poppler::setDebugErrorFunction([](const QString &, const QVariant &) {}, {}); });
-}
-
 // Ligatures (ﬀ ﬁ ﬂ ﬃ ﬄ ﬅ ﬆ) as the letters they stand for, so that "Oﬃce" matches "Office".
 QString expandLigatures(QString text)
 {
@@ -48,19 +38,19 @@ QString expandLigatures(QString text)
     return text;
 }
 
-/// The text layer of an upright page as lines: words that poppler chains with nextWord() form one line,
-/// split where a wide gap separates two columns.
-/// Boxes come from poppler in points of the crop box with a top-left origin, so normalising is a division;
-/// words wholly outside the crop box are not part of the visible page and are left out.
-QList<TextLine> digitalLines(const Poppler::Page &page, int index)
+/// The text layer of an upright page as lines: words that the PDF library chains into a line form one
+/// line, split where a wide gap separates two columns.
+/// Boxes are in points of the crop box with a top-left origin, so normalising is a division; words wholly
+/// outside the crop box are not part of the visible page and are left out.
+QList<TextLine> digitalLines(const Engines::PdfPage &page, int index)
 {
     QList<TextLine> lines;
-    const QSizeF size = page.pageSizeF();
+    const QSizeF size = page.size();
     const double w = size.width(), h = size.height();
     if (w <= 0 || h <= 0)
         return lines;
     const QRectF crop(0, 0, w, h);
-    const auto boxes = page.textList();
+    const QList<Engines::PdfWord> words = page.words();
 
     QString text;
     std::optional<QRectF> bounds;
@@ -73,18 +63,18 @@ QList<TextLine> digitalLines(const Poppler::Page &page, int index)
         text.clear();
         bounds.reset();
     };
-    const Poppler::TextBox *previous = nullptr;
-    for (const auto &box : boxes) {
-        if (previous && previous->nextWord() != box.get())
+    const Engines::PdfWord *previous = nullptr;
+    for (const Engines::PdfWord &word : words) {
+        if (previous && !previous->linkedToNext)
             flush();
-        previous = box.get();
-        const QRectF r = box->boundingBox();
+        previous = &word;
+        const QRectF r = word.box;
         if (!r.intersects(crop) && !crop.contains(r.topLeft()))
             continue;
         if (bounds && isColumnGap(r.left() - bounds->right(), std::max(r.height(), bounds->height())))
             flush();
-        text += box->text();
-        if (box->hasSpaceAfter())
+        text += word.text;
+        if (word.spaceAfter)
             text += u' ';
         bounds = bounds ? unitedRect(*bounds, r) : r;
     }
@@ -102,10 +92,10 @@ qsizetype characterCount(const QList<TextLine> &lines)
 
 /// The page's crop box drawn upright (rotation applied) at the given pixel size; its resolution is
 /// recorded in the image for the recogniser.
-QImage render(const Poppler::Page &page, double w, double h, QSize pixels)
+QImage render(const Engines::PdfPage &page, double w, double h, QSize pixels)
 {
     const double xres = 72.0 * pixels.width() / w, yres = 72.0 * pixels.height() / h;
-    QImage image = page.renderToImage(xres, yres, 0, 0, pixels.width(), pixels.height());
+    QImage image = page.render(xres, yres, pixels);
     if (!image.isNull()) {
         image.setDotsPerMeterX(qRound(xres / 0.0254));
         image.setDotsPerMeterY(qRound(yres / 0.0254));
@@ -113,36 +103,33 @@ QImage render(const Poppler::Page &page, double w, double h, QSize pixels)
     return image;
 }
 
-using Document = std::unique_ptr<Poppler::Document>;
+using Document = std::unique_ptr<Engines::PdfDocument>;
 
 /// The document opened for reading, or why it cannot be read.
 Expected<Document> open(const QByteArray &bytes)
 {
-    Document doc = Poppler::Document::loadFromData(bytes);
+    const Engines::PdfModule &module = Engines::pdfModule();
+    if (!module.openPdf)
+        return TabrixError{QStringLiteral("Can't open PDF: ") + module.error};
+    auto status = Engines::PdfStatus::Damaged;
+    Document doc(module.openPdf(bytes, &status));
+    if (status == Engines::PdfStatus::Locked)
+        return error("PDF is password protected");
     if (!doc)
         return TabrixError{QStringLiteral("Can't open PDF: the file is damaged or not a PDF")};
-    // A locked document must be unlocked before anything else is asked of it (poppler crashes otherwise).
-    // The empty user password opens files that are only protected against editing or printing.
-    if (doc->isLocked())
-        doc->unlock(QByteArray(), QByteArray());
-    if (doc->isLocked())
-        return error("PDF is password protected");
-    doc->setRenderHint(Poppler::Document::Antialiasing);
-    doc->setRenderHint(Poppler::Document::TextAntialiasing);
     return doc;
 }
 
 /// Page i of n; a null page when it is missing or has no area (it is then skipped).
-Expected<PagePtr> loadPage(Poppler::Document &doc, int i, int n, const LoadOptions &options,
+Expected<PagePtr> loadPage(const Engines::PdfDocument &doc, int i, int n, const LoadOptions &options,
                            const Report &report)
 {
-    const std::unique_ptr<Poppler::Page> page = doc.page(i);
+    const std::unique_ptr<Engines::PdfPage> page = doc.page(i);
     if (!page)
         return PagePtr();
     if (report)
         report(DocStatus::Reading, 0.02 + 0.9 * i / n);
-    // pageSizeF() is the crop box already turned by the page's rotation: the upright display size.
-    const QSizeF size = page->pageSizeF();
+    const QSizeF size = page->size();
     const double w = size.width(), h = size.height();
     if (!(w > 0) || !(h > 0))
         return PagePtr();
@@ -150,9 +137,8 @@ Expected<PagePtr> loadPage(Poppler::Document &doc, int i, int n, const LoadOptio
     const QSize pixels(int(std::lround(w * scale)), int(std::lround(h * scale)));
 
     // Text-layer boxes of a turned page are not in display coordinates; such pages are recognised.
-    const bool upright = page->orientation() == Poppler::Page::Portrait;
     auto data = std::make_shared<PageData>();
-    data->lines = upright ? digitalLines(*page, i) : QList<TextLine>{};
+    data->lines = page->upright() ? digitalLines(*page, i) : QList<TextLine>{};
     const bool recognise = characterCount(data->lines) < minDigitalChars;
     QImage image;
     if (options.renderImages || recognise)
@@ -161,13 +147,12 @@ Expected<PagePtr> loadPage(Poppler::Document &doc, int i, int n, const LoadOptio
         if (report)
             report(DocStatus::Recognizing, 0.02 + 0.9 * i / n + 0.2 * 0.9 / n);
         if (!image.isNull()) {
-            const PageImage::Grey grey = PageImage::toGrey(image);
-            Ocr::Engine &engine = options.ocr ? *options.ocr : Ocr::threadEngine(options.rules);
-            auto lines = Ocr::read(engine, grey.image, i, options.rules);
-            if (auto *failed = std::get_if<TabrixError>(&lines))
+            auto read = recognizePage(image, i, options);
+            if (auto *failed = std::get_if<TabrixError>(&read))
                 return *failed;
-            data->lines = std::get<QList<TextLine>>(std::move(lines));
-            image = PageImage::compact(image, grey);
+            RecognizedPage &recognized = std::get<RecognizedPage>(read);
+            data->lines = std::move(recognized.lines);
+            image = std::move(recognized.image);
         }
     }
     if (options.renderImages)
@@ -179,12 +164,11 @@ Expected<PagePtr> loadPage(Poppler::Document &doc, int i, int n, const LoadOptio
 
 Expected<QList<PagePtr>> loadPDF(const QByteArray &bytes, const LoadOptions &options, const Report &report)
 {
-    silencePoppler();
     auto opened = open(bytes);
     if (auto *failed = std::get_if<TabrixError>(&opened))
         return *failed;
     const Document doc = std::get<Document>(std::move(opened));
-    const int count = doc->numPages();
+    const int count = doc->pageCount();
     if (count < 1)
         return error("PDF has no pages");
     const int n = std::min(count, maxPages);
@@ -197,7 +181,7 @@ Expected<QList<PagePtr>> loadPDF(const QByteArray &bytes, const LoadOptions &opt
     std::vector<Expected<PagePtr>> results(size_t(n), Expected<PagePtr>{PagePtr{}});
     std::atomic<int> next{0};
     std::atomic<bool> failed{false};
-    auto work = [&](Poppler::Document &d) {
+    auto work = [&](const Engines::PdfDocument &d) {
         for (int i = next++; i < n && !failed; i = next++) {
             results[size_t(i)] = loadPage(d, i, n, options, report);
             if (std::holds_alternative<TabrixError>(results[size_t(i)]))

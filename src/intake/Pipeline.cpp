@@ -2,8 +2,7 @@
 
 #include "FileChecks.h"
 #include "ImageLoader.h"
-#include "Ocr.h"
-#include "PageImage.h"
+#include "PageRecognition.h"
 #include "PdfLoader.h"
 #include "SupportedFiles.h"
 
@@ -28,20 +27,14 @@ Expected<QList<PagePtr>> load(const QString &path, const LoadOptions &options, c
     return pdf ? loadPDF(bytes, options, report) : loadImage(bytes, options, report);
 }
 
-QList<PagePtr> noteCut(QList<PagePtr> pages, int read, int inFile)
-{
-    if (read >= inFile || pages.isEmpty())
-        return pages;
-    auto first = std::make_shared<PageData>(*pages.first());
-    first->pagesRead = read;
-    first->pagesInFile = inFile;
-    pages.first() = std::move(first);
-    return pages;
-}
-
 Expected<QList<TextLine>> ocr(const QImage &image, int page, RuleSet rules)
 {
-    return Ocr::read(Ocr::threadEngine(rules), PageImage::toGrey(image).image, page, rules);
+    LoadOptions options;
+    options.rules = rules;
+    auto read = recognizePage(image, page, options);
+    if (auto *failed = std::get_if<TabrixError>(&read))
+        return *failed;
+    return std::get<RecognizedPage>(std::move(read)).lines;
 }
 
 } // namespace Pipeline
