@@ -282,6 +282,8 @@ bool Store::mayQuit()
 
 void Store::setSelectedID(const QUuid &id)
 {
+    // A restored document's page is what the person looks at next.
+    m_batch.loadPages(id);
     assign(m_selectedID, id, &Store::selectionChanged);
 }
 
