@@ -81,7 +81,8 @@ public:
     void reprocess(const DocPtr &doc);
 
     /// Takes a document out of the batch, undoably. If it was selected, the selection moves to the next
-    /// document, else the previous one, else none. A run in progress for it finishes harmlessly.
+    /// document, else the previous one, else none. A run in progress for it finishes harmlessly. Undoing
+    /// a removal (or Clear) selects the document (the first one) that came back.
     void remove(const DocPtr &doc);
 
     /// Empties the batch and the selection, undoably. A running document finishes in the background,
