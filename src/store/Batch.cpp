@@ -7,6 +7,7 @@
 #include <QFutureWatcher>
 #include <QSet>
 #include <QtConcurrent/QtConcurrentRun>
+#include <algorithm>
 
 Batch::Batch(Processing::Loader loader, std::function<QList<CustomFieldDef>()> definitions, QObject *parent)
     : QObject(parent), m_loader(std::move(loader)), m_definitions(std::move(definitions))
@@ -119,6 +120,8 @@ void Batch::detach()
     m_docs.clear();
     m_stamps.clear();
     m_notices.clear();
+    m_pageErrors.clear();
+    m_pagesFirst = QUuid();
 }
 
 void Batch::clear()
@@ -153,11 +156,22 @@ void Batch::insert(const QList<DocPtr> &docs, qsizetype index)
 namespace {
 
 /// Why a document's file needs a look now, compared with how it was when read; empty when it is the same.
+QString goneNotice()
+{
+    return QStringLiteral("The file is no longer where it was read from.");
+}
+
+QString changedNotice()
+{
+    return QStringLiteral("The file has changed since it was read. Re-read it to take the changes; "
+                          "your corrections would be replaced.");
+}
+
 QString noticeFor(const QString &path, FileStamp &stamp)
 {
     const QFileInfo info(path);
     if (!info.exists())
-        return QStringLiteral("The file is no longer where it was read from.");
+        return goneNotice();
     if (info.size() == stamp.size && info.lastModified().toMSecsSinceEpoch() == stamp.modified)
         return QString();
     // Touched but maybe not changed (copied back, synced): the contents decide.
@@ -166,8 +180,7 @@ QString noticeFor(const QString &path, FileStamp &stamp)
         stamp = now;
         return QString();
     }
-    return QStringLiteral("The file has changed since it was read. Re-read it to take the changes; "
-                          "your corrections would be replaced.");
+    return changedNotice();
 }
 
 } // namespace
@@ -211,7 +224,73 @@ Batch::Opened Batch::open(const QString &path)
     emit docsChanged();
     if (queued && !m_processing)
         startProcessing();
+    loadPages();
     return result;
+}
+
+bool Batch::needsPages(const DocItem &doc) const
+{
+    return doc.status().kind() == DocStatus::Ready && doc.pages.isEmpty() && !m_notices.contains(doc.id()) &&
+           !m_pageErrors.contains(doc.id());
+}
+
+QString Batch::pagesNotice(const QUuid &id) const
+{
+    const QString notice = fileNotice(id);
+    return notice.isEmpty() ? m_pageErrors.value(id) : notice;
+}
+
+void Batch::loadPages(const QUuid &first)
+{
+    if (!first.isNull())
+        m_pagesFirst = first;
+    if (m_loadingPages)
+        return;
+    DocPtr next = doc(m_pagesFirst);
+    if (!next || !needsPages(*next)) {
+        const auto found =
+            std::find_if(m_docs.cbegin(), m_docs.cend(), [this](const DocPtr &d) { return needsPages(*d); });
+        next = found == m_docs.cend() ? nullptr : *found;
+    }
+    if (!next)
+        return;
+    m_loadingPages = true;
+    // On the one reading thread, so loading pages never competes with reading a document.
+    using Result = std::pair<Expected<QList<PagePtr>>, FileStamp>;
+    auto *watcher = new QFutureWatcher<Result>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, next] {
+        watcher->deleteLater();
+        m_loadingPages = false;
+        Result result = watcher->result();
+        takePages(next, std::move(result.first), result.second);
+        loadPages();
+    });
+    watcher->setFuture(QtConcurrent::run(&m_pool, [path = next->path(), loader = m_loader] {
+        // Stamped after loading, so pages of a file changed meanwhile are never taken as the kept ones.
+        Expected<QList<PagePtr>> pages = loader(path, {});
+        return Result{std::move(pages), FileStamp::of(path)};
+    }));
+}
+
+void Batch::takePages(const DocPtr &doc, Expected<QList<PagePtr>> pages, const FileStamp &stamp)
+{
+    // Removed, re-read or being read meanwhile: its pages come (or came) with its reading.
+    if (!m_docs.contains(doc) || !needsPages(*doc))
+        return;
+    // Moved or changed after the batch was opened: these are not the pages the values were read from.
+    if (stamp.size < 0) {
+        m_notices.insert(doc->id(), goneNotice());
+    } else if (stamp.hash != m_stamps.value(doc->id()).hash) {
+        m_notices.insert(doc->id(), changedNotice());
+    } else if (auto *error = std::get_if<TabrixError>(&pages)) {
+        m_pageErrors.insert(doc->id(), QStringLiteral("The page cannot be shown: ") + error->message);
+    } else if (auto &loaded = std::get<QList<PagePtr>>(pages); loaded.isEmpty()) {
+        m_pageErrors.insert(doc->id(), QStringLiteral("The file has no page to show."));
+    } else {
+        doc->pages = std::move(loaded);
+    }
+    // Not a change to keep: only the views need to know.
+    emit docChanged(doc.get());
 }
 
 StoredDoc Batch::stored(const DocItem &doc) const

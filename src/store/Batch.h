@@ -73,6 +73,16 @@ public:
     /// Keeps a document's fields and items as an export wrote them.
     void keepExported(const DocPtr &doc);
 
+    /// Reads the page images of read documents that have none (restored from a batch file), one at a
+    /// time in the background, `first` (when it names one) before the others. Only the pages are taken:
+    /// fields, items and rows stay as kept. A file that moved or changed since it was read is not loaded;
+    /// one found changed now gets its fileNotice. Open starts this by itself; calling it again only
+    /// moves `first` ahead.
+    void loadPages(const QUuid &first = QUuid());
+    /// Why a read document shows no page: its fileNotice, or why its file could not be loaded; empty
+    /// when its pages are shown or on their way.
+    QString pagesNotice(const QUuid &id) const;
+
 signals:
     /// Documents were added, removed or cleared.
     void docsChanged();
@@ -94,6 +104,9 @@ private:
     void keep(const DocItem &doc);
     void report(const std::optional<TabrixError> &error);
     void detach();
+    /// True for a read document without pages whose file may still give them.
+    bool needsPages(const DocItem &doc) const;
+    void takePages(const DocPtr &doc, Expected<QList<PagePtr>> pages, const FileStamp &stamp);
 
     Processing::Loader m_loader;
     std::function<QList<CustomFieldDef>()> m_definitions;
@@ -103,6 +116,9 @@ private:
     std::unique_ptr<BatchFile> m_file;
     QHash<QUuid, FileStamp> m_stamps;
     QHash<QUuid, QString> m_notices;
+    QHash<QUuid, QString> m_pageErrors;
+    QUuid m_pagesFirst;
+    bool m_loadingPages = false;
     // One worker thread kept alive, so per-thread engines (text recognition) are set up once.
     QThreadPool m_pool;
 };

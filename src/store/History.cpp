@@ -92,7 +92,11 @@ public:
         : QUndoCommand(text), m_history(history), m_docs(std::move(docs)), m_index(index), m_all(all)
     {
     }
-    void undo() override { m_history.m_batch.insert(m_docs, m_index); }
+    void undo() override
+    {
+        m_history.m_batch.insert(m_docs, m_index);
+        emit m_history.restored(m_docs);
+    }
     void redo() override
     {
         if (m_all)

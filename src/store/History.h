@@ -40,6 +40,10 @@ public:
     /// Empties the batch, undoably.
     void clear();
 
+signals:
+    /// Documents taken out came back (a removal or Clear was undone).
+    void restored(const QList<DocPtr> &docs);
+
 private:
     void noteChange(DocItem *doc);
     void noteDocs();

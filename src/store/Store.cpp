@@ -38,6 +38,10 @@ Store::Store(StoreOptions options, QObject *parent)
     connect(&m_sync, &CustomFieldSync::applying, &m_history, &History::beginQuiet);
     connect(&m_sync, &CustomFieldSync::finished, &m_history, &History::endQuiet);
     connect(&m_batch, &Batch::keepFailed, this, &Store::setAlertText);
+    connect(&m_history, &History::restored, this, [this](const QList<DocPtr> &back) {
+        if (!back.isEmpty())
+            setSelectedID(back.first()->id());
+    });
     if (!options.batchFile.isEmpty())
         openBatchFile(options.batchFile);
 }
@@ -282,6 +286,8 @@ bool Store::mayQuit()
 
 void Store::setSelectedID(const QUuid &id)
 {
+    // A restored document's page is what the person looks at next.
+    m_batch.loadPages(id);
     assign(m_selectedID, id, &Store::selectionChanged);
 }
 

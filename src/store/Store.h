@@ -81,7 +81,8 @@ public:
     void reprocess(const DocPtr &doc);
 
     /// Takes a document out of the batch, undoably. If it was selected, the selection moves to the next
-    /// document, else the previous one, else none. A run in progress for it finishes harmlessly.
+    /// document, else the previous one, else none. A run in progress for it finishes harmlessly. Undoing
+    /// a removal (or Clear) selects the document (the first one) that came back.
     void remove(const DocPtr &doc);
 
     /// Empties the batch and the selection, undoably. A running document finishes in the background,
@@ -109,6 +110,10 @@ public:
     void newBatch();
     /// Why the document's file needs a look (it moved, or changed since it was read); empty when not.
     QString fileNotice(const DocPtr &doc) const { return doc ? m_batch.fileNotice(doc->id()) : QString(); }
+    /// Why a read document shows no page: its fileNotice, or why its file could not be loaded; empty when
+    /// its pages are shown or still loading. The pages of a reopened batch's documents are loaded in the
+    /// background, the selected one first, without touching what was kept.
+    QString pagesNotice(const DocPtr &doc) const { return doc ? m_batch.pagesNotice(doc->id()) : QString(); }
 
     // ---- Work that a stray click could lose ----------------------------------------------------------
     // The asking forms below are what the window's commands call; they ask through StoreUi::confirm only

@@ -109,6 +109,13 @@ DocumentPane::DocumentPane(Store &store, const DocPtr &doc, QWidget *parent)
     top->addWidget(m_toggle);
     layout->addLayout(top);
 
+    m_pageNote = new QLabel;
+    m_pageNote->setObjectName(QStringLiteral("pageNote"));
+    m_pageNote->setWordWrap(true);
+    m_pageNote->setAlignment(Qt::AlignCenter);
+    m_pageNote->setStyleSheet(QStringLiteral("color: %1").arg(Theme::secondaryText().name()));
+    layout->addWidget(m_pageNote);
+
     m_canvas = new PageCanvas;
     m_scroll = new QScrollArea;
     m_scroll->setObjectName(QStringLiteral("pageScroll"));
@@ -141,7 +148,11 @@ DocumentPane::DocumentPane(Store &store, const DocPtr &doc, QWidget *parent)
     SafeFocus::guard(m_previous);
     SafeFocus::guard(m_next);
     connect(m_toggle, &QCheckBox::toggled, this, &DocumentPane::setShowOutlines);
-    connect(m_doc.get(), &DocItem::changed, this, &DocumentPane::refresh);
+    // Through the store: the pages of a reopened batch arrive without a change to the document itself.
+    connect(&m_store, &Store::docChanged, this, [this](DocItem *changed) {
+        if (changed == m_doc.get())
+            refresh();
+    });
     connect(&m_store, &Store::highlightKeyChanged, this, &DocumentPane::followHighlight);
     refresh();
 }
@@ -189,6 +200,11 @@ void DocumentPane::refresh()
     m_previous->setEnabled(m_page > 0);
     m_next->setEnabled(m_page + 1 < count);
     m_canvas->setPage(count > 0 ? m_doc->pages[m_page] : nullptr);
+    // A document restored from a kept batch has its values but not yet (or never) its pages.
+    const bool pageless = count == 0 && m_doc->status().kind() == DocStatus::Ready;
+    const QString why = m_store.pagesNotice(m_doc);
+    m_pageNote->setText(why.isEmpty() ? QStringLiteral("Loading the page\u2026") : why);
+    m_pageNote->setVisible(pageless);
     m_canvas->setQuarterTurns(quarterTurns());
     applyFit();
     m_canvas->setOutlines(m_showOutlines ? Outlines::forPage(*m_doc, m_page, m_store.highlightKey())

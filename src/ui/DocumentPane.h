@@ -31,6 +31,8 @@ public:
 
     PageCanvas *canvas() const { return m_canvas; }
     QScrollArea *pageScroll() const { return m_scroll; }
+    /// Says why a read document shows no page (loading, or its file moved or changed); hidden otherwise.
+    QLabel *pageNote() const { return m_pageNote; }
 
     /// How the page is sized: to fit the whole page, to fit its width, or at a scale the user chose.
     enum class Fit { Page, Width, Free };
@@ -67,6 +69,8 @@ private:
     QLabel *m_pageText;
     QCheckBox *m_toggle;
     QLabel *m_zoomText;
+    QLabel *m_pageNote; // why no page is shown
+
     QScrollArea *m_scroll;
     PageCanvas *m_canvas;
 };

@@ -40,6 +40,12 @@ FormPane::FormPane(Store &store, const DocPtr &doc, QWidget *parent)
     dupLayout->addWidget(dupText, 1);
     layout->addWidget(m_duplicate);
 
+    m_fileNotice = new QLabel;
+    m_fileNotice->setObjectName(QStringLiteral("fileNotice"));
+    m_fileNotice->setWordWrap(true);
+    m_fileNotice->setStyleSheet(QStringLiteral("color: %1").arg(Theme::orange().name()));
+    layout->addWidget(m_fileNotice);
+
     m_fieldsGrid = new QGridLayout;
     m_fieldsGrid->setHorizontalSpacing(10);
     m_fieldsGrid->setVerticalSpacing(6);
@@ -56,6 +62,8 @@ FormPane::FormPane(Store &store, const DocPtr &doc, QWidget *parent)
     connect(&m_store, &Store::docChanged, this, [this](DocItem *other) {
         if (other != m_doc.get())
             showDuplicate();
+        else
+            showFileNotice(); // may come without a change to the document (its file was found changed)
     });
     refresh();
 }
@@ -100,9 +108,17 @@ void FormPane::showDuplicate()
     m_duplicate->setVisible(duplicate);
 }
 
+void FormPane::showFileNotice()
+{
+    const QString notice = m_store.fileNotice(m_doc);
+    m_fileNotice->setText(notice);
+    m_fileNotice->setVisible(!notice.isEmpty());
+}
+
 void FormPane::refresh()
 {
     showDuplicate();
+    showFileNotice();
 
     const QList<Field> &fields = m_doc->fields();
     bool sameFields = fields.size() == m_fieldRows.size();

@@ -27,6 +27,8 @@ public:
     /// hidden when there is nothing to say.
     QLabel *note(const QString &key) const;
     LineItemGrid *lineItems() const { return m_lineItems; }
+    /// Says why the document's file needs a look (Store::fileNotice); hidden when it does not.
+    QLabel *fileNotice() const { return m_fileNotice; }
 
 private:
     struct FieldRow {
@@ -39,6 +41,7 @@ private:
 
     void refresh();
     void showDuplicate();
+    void showFileNotice();
     void rebuildFields();
     /// Puts a valid amount or date typed into field `key` in the form exports write.
     void commitTyped(const QString &key);
@@ -48,6 +51,7 @@ private:
     FocusHighlight *m_focus;
 
     QWidget *m_duplicate;
+    QLabel *m_fileNotice; // why the document's file needs a look: it moved or changed since it was read
     QGridLayout *m_fieldsGrid;
     QList<FieldRow> m_fieldRows;
     LineItemGrid *m_lineItems;

@@ -67,7 +67,8 @@ QVariant QueueModel::data(const QModelIndex &index, int role) const
     case IdRole:
         return doc->id();
     case FlaggedRole:
-        return doc->status().kind() == DocStatus::Ready && Flags::marked(*doc, m_store.slowPatterns());
+        return doc->status().kind() == DocStatus::Ready &&
+               (Flags::marked(*doc, m_store.slowPatterns()) || !m_store.fileNotice(doc).isEmpty());
     default:
         return {};
     }

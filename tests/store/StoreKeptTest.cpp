@@ -33,7 +33,8 @@ TEST_F(StoreKept, SurvivesRestart)
     EXPECT_TRUE(store->unexportedApproved().isEmpty());
     EXPECT_EQ(store->alertText(), "2 documents, 1 approved, 0 to check");
     EXPECT_EQ(store->selectedID(), docs[0]->id());
-    EXPECT_EQ(fake.calls().size(), 3) << "nothing is read again";
+    ASSERT_TRUE(waitUntil([&] { return !store->docs()[1]->pages.isEmpty(); }));
+    EXPECT_EQ(store->docs()[0]->value("total"), "12.50") << "loading the pages keeps the corrections";
 
     store->clearAll();
     store = reopen();
@@ -57,6 +58,45 @@ TEST_F(StoreKept, ChangedFilesAreNoted)
     store->reprocess(store->docs()[0]);
     ASSERT_TRUE(idle());
     EXPECT_TRUE(store->fileNotice(store->docs()[0]).isEmpty());
+}
+
+// A reopened batch loads its documents' pages, the selected one first, taking nothing else from the
+// file; a file changed or gone since is not loaded and the pane is told why.
+TEST_F(StoreKept, PagesComeBackSelectedFirst)
+{
+    const QList<DocPtr> docs = readBatch(4);
+    docs[0]->editField("total", "12.50");
+    writeFile(docs[3]->path(), "changed\n");
+
+    fake.hold();
+    store = reopen();
+    const QList<DocPtr> back = store->docs();
+    store->setSelectedID(back[2]->id());
+    fake.release();
+    ASSERT_TRUE(waitUntil([&] { return !back[1]->pages.isEmpty(); }));
+    EXPECT_EQ(fake.calls().mid(4), QStringList({"doc1.pdf", "doc3.pdf", "doc2.pdf"}));
+    EXPECT_EQ(back[0]->value("total"), "12.50");
+    EXPECT_EQ(back[0]->status().kind(), DocStatus::Ready);
+    EXPECT_TRUE(back[3]->pages.isEmpty());
+    EXPECT_EQ(store->pagesNotice(back[3]), store->fileNotice(back[3]));
+    EXPECT_TRUE(store->pagesNotice(back[0]).isEmpty());
+}
+
+// A file changed or gone after the batch opened shows no page and says why; the kept values stay.
+TEST_F(StoreKept, PagesOfAFileThatChangedSinceOpening)
+{
+    const QList<DocPtr> docs = readBatch(2);
+    fake.hold();
+    store = reopen();
+    writeFile(docs[0]->path(), "changed\n");
+    QFile::remove(docs[1]->path());
+    fake.release();
+    const QList<DocPtr> back = store->docs();
+    ASSERT_TRUE(waitUntil([&] { return !store->pagesNotice(back[1]).isEmpty(); }));
+    EXPECT_TRUE(back[0]->pages.isEmpty());
+    EXPECT_TRUE(store->pagesNotice(back[0]).startsWith("The file has changed"));
+    EXPECT_TRUE(store->fileNotice(back[1]).startsWith("The file is no longer"));
+    EXPECT_EQ(back[0]->fields(), docs[0]->fields());
 }
 
 // "New batch…" starts an empty batch in its own file and "Open batch…" goes back to the first one;

@@ -6,7 +6,7 @@ using StoreUndo = StoreTest;
 
 // Every hand change undoes and redoes: a field typed key by key is one step, adding and editing a line
 // item, "Approve all ready" as one step (leaving out likely duplicates, and saying so), a removal and
-// Clear; the program's own reading is no step.
+// Clear, each bringing the selection back to what returned; the program's own reading is no step.
 TEST_F(StoreUndo, EveryActionUndoesAndRedoes)
 {
     const QList<DocPtr> docs = readBatch(3);
@@ -47,13 +47,16 @@ TEST_F(StoreUndo, EveryActionUndoesAndRedoes)
     undo.redo();
     EXPECT_TRUE(docs[0]->approved());
 
-    store->remove(docs[0]);
+    store->setSelectedID(docs[1]->id());
+    store->remove(docs[1]);
+    EXPECT_EQ(store->selectedID(), docs[2]->id());
     undo.undo();
     EXPECT_EQ(store->docs(), docs);
-    EXPECT_TRUE(docs[0]->approved());
+    EXPECT_EQ(store->selectedID(), docs[1]->id());
     store->clearAll();
     undo.undo();
     EXPECT_EQ(store->docs(), docs);
+    EXPECT_EQ(store->selectedID(), docs[0]->id());
     undo.redo();
     EXPECT_TRUE(store->docs().isEmpty());
 }

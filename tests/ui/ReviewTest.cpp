@@ -304,6 +304,35 @@ TEST_F(ReviewTest, TypedValuesAreCheckedAndFlagsExplained)
     EXPECT_EQ(totalNote->text(), form->badge("total")->toolTip());
 }
 
+// A reopened batch shows each page once loaded; a document whose file changed since says so above its
+// form and in place of its page, and its queue row is marked.
+TEST_F(ReviewTest, ReopenedBatchShowsPagesOrWhyNot)
+{
+    const QString kept = docsFolder() + "/batch.tabrix";
+    open(1, nullptr, kept);
+    addAndWait({"a.pdf", "b.pdf"});
+    ASSERT_TRUE(writeFile(store->docs()[1]->path(), "changed"));
+    window.reset();
+    store.reset();
+    open(1, nullptr, kept);
+    ASSERT_TRUE(waitUntil([&] { return !store->docs()[0]->pages.isEmpty(); }));
+    EXPECT_FALSE(window->review()->documentPane()->pageNote()->isVisible());
+    EXPECT_EQ(window->review()->documentPane()->pageCount(), 1);
+    EXPECT_FALSE(window->review()->formPane()->fileNotice()->isVisible());
+
+    store->setSelectedID(store->docs()[1]->id());
+    QApplication::processEvents();
+    const QString notice = store->fileNotice(store->docs()[1]);
+    EXPECT_TRUE(notice.startsWith("The file has changed since it was read"));
+    EXPECT_EQ(window->review()->formPane()->fileNotice()->text(), notice);
+    EXPECT_TRUE(window->review()->formPane()->fileNotice()->isVisible());
+    EXPECT_EQ(window->review()->documentPane()->pageNote()->text(), notice);
+    EXPECT_TRUE(window->review()->documentPane()->pageNote()->isVisible());
+    QueueModel *queue = window->sidebar()->queueModel();
+    EXPECT_FALSE(queue->index(0).data(QueueModel::FlaggedRole).toBool());
+    EXPECT_TRUE(queue->index(1).data(QueueModel::FlaggedRole).toBool());
+}
+
 // Tab from the last amount skips the remove buttons, so Space there removes no line; Delete in an empty
 // box removes its line and keeps the focus in the grid, while in a filled box it edits the text.
 TEST_F(ReviewTest, NoStrayKeyRemovesALine)

@@ -73,10 +73,11 @@ protected:
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_temp.filePath("settings"));
     }
 
-    /// Creates the store and window; `pages` per document.
-    void open(int pages = 1, StoreUi *ui = nullptr)
+    /// Creates the store and window; `pages` per document; the batch kept in `batchFile` when given.
+    void open(int pages = 1, StoreUi *ui = nullptr, const QString &batchFile = {})
     {
-        store = std::make_unique<Store>(StoreOptions{m_temp.filePath("data"), fakeLoader(pages), ui, {}});
+        store =
+            std::make_unique<Store>(StoreOptions{m_temp.filePath("data"), fakeLoader(pages), ui, batchFile});
         window = std::make_unique<MainWindow>(*store);
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
