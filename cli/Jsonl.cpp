@@ -126,7 +126,7 @@ Expected<Run> read(const QStringList &paths)
                                                   "before it; merge the outputs of one set of shards")};
             total = r->count;
             list = r->list;
-            byIndex.insert(r->index, std::move(*r));
+            byIndex.insert(r->index, *r);
         }
     }
     if (total < 0)

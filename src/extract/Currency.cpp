@@ -64,15 +64,15 @@ QString countryPattern(const QJsonObject &country)
 {
     QStringList alternatives;
     for (const char *list : {"places", "legalForms"}) {
-        for (const QJsonValue &phrase : country.value(QLatin1String(list)).toArray()) {
+        for (const QJsonValue phrase : country.value(QLatin1String(list)).toArray()) {
             for (const QString &written : {phrase.toString(), phrase.toString().toUpper()})
                 alternatives.append(QLatin1String("(?<![\\p{L}\\p{N}])(?:") +
                                     Vocabulary::phraseText(written) + QLatin1String(")(?![\\p{L}\\p{N}])"));
         }
     }
-    for (const QJsonValue &id : country.value(QLatin1String("taxIds")).toArray())
+    for (const QJsonValue id : country.value(QLatin1String("taxIds")).toArray())
         alternatives.append(QLatin1String("\\b(?:") + id.toString() + u')');
-    for (const QJsonValue &code : country.value(QLatin1String("phoneCodes")).toArray())
+    for (const QJsonValue code : country.value(QLatin1String("phoneCodes")).toArray())
         alternatives.append(QLatin1String("(?<![\\d.,+])\\(?\\+\\s?") + code.toString() +
                             QLatin1String("(?=[\\s\\-().]*\\d)"));
     return alternatives.join(u'|');
@@ -87,7 +87,7 @@ struct CountryPatterns {
         if (!file.open(QIODevice::ReadOnly))
             return;
         const QJsonArray all = QJsonDocument::fromJson(file.readAll()).object().value(u"countries").toArray();
-        for (const QJsonValue &country : all) {
+        for (const QJsonValue country : all) {
             const QString pattern = countryPattern(country.toObject());
             if (!pattern.isEmpty())
                 countries.push_back(Country{country[u"currency"].toString(), Regex(pattern, false)});

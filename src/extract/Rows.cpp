@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
+#include <utility>
 
 namespace Extractor {
 
@@ -32,8 +33,7 @@ QList<Row> buildRows(const QList<TextLine> &lines)
                     midSum += line.rect.center().y();
                     continue;
                 }
-                rows.append(Row(page, std::move(group)));
-                group.clear();
+                rows.append(Row(page, std::exchange(group, {})));
             }
             group.append(line);
             midSum = line.rect.center().y();

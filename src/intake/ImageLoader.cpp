@@ -107,7 +107,7 @@ std::optional<Frames> openPng(const QByteArray &bytes)
     // A failed read has freed the reader's state; the frame then cannot be decoded, as with Qt.
     if (!png_image_finish_read(&png, nullptr, image.bits(), int(image.bytesPerLine()), nullptr))
         image = QImage();
-    return Frames{1, [image = limitedImage(std::move(image))](int) { return image; }};
+    return Frames{1, [image = limitedImage(image)](int) { return image; }};
 }
 
 std::optional<Frames> openHeif(const QByteArray &bytes)

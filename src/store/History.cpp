@@ -148,7 +148,7 @@ void History::noteChange(DocItem *doc)
     const auto seen = m_seen.find(doc->id());
     // Just read: nothing of the person's to undo yet.
     if (seen == m_seen.end()) {
-        m_seen.insert(doc->id(), std::move(now));
+        m_seen.insert(doc->id(), now);
         return;
     }
     if (*seen == now)

@@ -151,7 +151,7 @@ QString Store::keptBatchPath(const QString &dataFolder)
     const QString folder = dataFolder.isEmpty() ? CustomFieldCodec::defaultFolder() : dataFolder;
     QFile pointer(pointerFile(folder));
     if (pointer.open(QIODevice::ReadOnly)) {
-        const QString path = QString::fromUtf8(pointer.readAll()).trimmed();
+        QString path = QString::fromUtf8(pointer.readAll()).trimmed();
         if (!path.isEmpty())
             return path;
     }
