@@ -55,7 +55,8 @@ std::optional<double> itemsSum(const QList<LineItem> &items)
 
 bool withinACent(double a, double b)
 {
-    return std::llabs(std::llround(a * 100.0) - std::llround(b * 100.0)) <= 1;
+    // Whole cents compared as doubles: llround of an amount beyond the integer range has no value.
+    return std::abs(std::round(a * 100.0) - std::round(b * 100.0)) <= 1.0;
 }
 
 QStringList reasonsFor(const QList<Doubt> &doubts, const QString &key)
