@@ -200,8 +200,8 @@ bool mayHoldMark(const QString &text)
 // Evidence by strength: printed codes, then local symbols beside amounts, then the seller's legal form, then
 // a lone dollar or crown, then (RuleFeatures::countryCurrency) the country the page names: its places,
 // companies, tax numbers, phone codes. Counts decide within one strength, the first seen on a tie.
-std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &locale,
-                                       const RuleFeatures &features)
+QList<Evidence> evidenceIn(const QList<Row> &rows, const QLocale &locale, const RuleFeatures &features,
+                           bool countries)
 {
     const CurrencyPatterns &p = patterns();
     QList<Evidence> found;
@@ -219,7 +219,7 @@ std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &lo
             found.append(Evidence{codeOfMark(mark, locale), lone ? Strength::LoneMark : Strength::Local,
                                   row.box(m.range(group))});
         }
-        if (features.countryCurrency) {
+        if (countries) {
             for (const Country &country : Patterns::compiledOnce<CountryPatterns>().countries) {
                 for (const Regex::Match &m : country.signs.matchAll(row.text))
                     found.append(Evidence{country.currency, Strength::Country, row.box(m.range())});
@@ -237,24 +237,60 @@ std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &lo
             }
         }
     }
-    const Evidence *best = nullptr;
+    return found;
+}
+
+// How often each code was seen at each strength.
+QHash<QString, int> countsOf(const QList<Evidence> &found)
+{
     QHash<QString, int> counts;
     for (const Evidence &e : found)
         ++counts[e.code + QString::number(int(e.strength))];
+    return counts;
+}
+
+int countOf(const QHash<QString, int> &counts, const Evidence &e)
+{
+    return counts.value(e.code + QString::number(int(e.strength)));
+}
+
+// The strongest evidence, the most often seen within one strength, the first seen on a tie.
+const Evidence *strongest(const QList<Evidence> &found, const QHash<QString, int> &counts)
+{
+    const Evidence *best = nullptr;
     for (const Evidence &e : found) {
         if (!best || e.strength > best->strength ||
-            (e.strength == best->strength &&
-             counts.value(e.code + QString::number(int(e.strength))) >
-                 counts.value(best->code + QString::number(int(best->strength)))))
+            (e.strength == best->strength && countOf(counts, e) > countOf(counts, *best)))
             best = &e;
+    }
+    return best;
+}
+
+// Whether the country the page names can still decide: nothing stronger was found, or only a mark seen
+// once, which three signs of one country overrule (below).
+bool countryMayDecide(const Evidence *best, const QHash<QString, int> &counts)
+{
+    return !best || (best->strength <= Strength::Local && countOf(counts, *best) == 1);
+}
+
+std::optional<Field> strongestEvidence(const QList<Row> &rows, const QLocale &locale,
+                                       const RuleFeatures &features)
+{
+    // The country signs are some twenty patterns a row, the page's dearest scan: run only when they count.
+    QList<Evidence> found = evidenceIn(rows, locale, features, false);
+    QHash<QString, int> counts = countsOf(found);
+    const Evidence *best = strongest(found, counts);
+    if (features.countryCurrency && countryMayDecide(best, counts)) {
+        found = evidenceIn(rows, locale, features, true);
+        counts = countsOf(found);
+        best = strongest(found, counts);
     }
     if (!best)
         return std::nullopt;
     // A mark seen once (often a misread letter on a scan) yields to three or more signs of one country
     // that names another currency, and the result is left for review.
     const Evidence *country = nullptr;
-    if (features.countryCurrency && best->strength <= Strength::Local &&
-        counts.value(best->code + QString::number(int(best->strength))) == 1) {
+    if (features.countryCurrency && countryMayDecide(best, counts)) {
         QHash<QString, int> countrySigns;
         for (const Evidence &e : found) {
             if ((e.strength == Strength::Country || e.strength == Strength::LegalForm) &&
