@@ -34,17 +34,7 @@ std::optional<double> parse(const QString &input)
     if (kept.isEmpty())
         return std::nullopt;
 
-    const qsizetype lastDot = kept.lastIndexOf(u'.');
-    const qsizetype lastComma = kept.lastIndexOf(u',');
-    QChar decimal;
-    if (lastDot >= 0 && lastComma >= 0) {
-        decimal = lastDot > lastComma ? u'.' : u',';
-    } else if (lastDot >= 0 || lastComma >= 0) {
-        const QChar sep = lastDot >= 0 ? u'.' : u',';
-        const qsizetype pos = std::max(lastDot, lastComma);
-        if (kept.count(sep) == 1 && kept.size() - pos - 1 != 3)
-            decimal = sep;
-    }
+    const QChar decimal = decimalMark(kept);
 
     std::string number;
     number.reserve(size_t(kept.size()));
@@ -65,6 +55,20 @@ std::optional<double> parse(const QString &input)
     if (ec != std::errc() || end != number.data() + number.size())
         return std::nullopt;
     return negative ? -value : value;
+}
+
+QChar decimalMark(QStringView digits, QChar loneBeforeThree)
+{
+    const qsizetype dot = digits.lastIndexOf(u'.');
+    const qsizetype comma = digits.lastIndexOf(u',');
+    if (dot >= 0 && comma >= 0)
+        return dot > comma ? u'.' : u',';
+    if (dot < 0 && comma < 0)
+        return {};
+    const QChar sep = dot >= 0 ? u'.' : u',';
+    if (digits.count(sep) != 1)
+        return {};
+    return digits.size() - std::max(dot, comma) - 1 != 3 || sep == loneBeforeThree ? sep : QChar();
 }
 
 QString pretty(double value, const QLocale &locale)

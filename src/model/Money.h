@@ -19,6 +19,11 @@ namespace Money {
 /// A lone separator followed by exactly three digits is a thousands separator ("1.234" is 1234).
 std::optional<double> parse(const QString &text);
 
+/// The decimal mark of `digits` (digits with "." and "," between them): the later of the two kinds when
+/// both appear; a kind that appears once, unless exactly three digits follow it, where it is a thousands
+/// separator unless it is `loneBeforeThree` (a locale's decimal point); none otherwise.
+QChar decimalMark(QStringView digits, QChar loneBeforeThree = QChar());
+
 /// Locale-formatted amount with two decimals and grouping, for display.
 QString pretty(double value, const QLocale &locale);
 QString pretty(double value);

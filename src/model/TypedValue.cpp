@@ -119,18 +119,10 @@ std::optional<double> amount(const QString &input, const QLocale &locale)
     }
     if (digits.isEmpty() || !digits.front().isDigit())
         return std::nullopt;
-    // The decimal separator: the later of two kinds; a kind used more than once groups; a lone one before
-    // exactly three digits is the locale's call ("1.234" is 1234 in Germany and 1.234 in England).
-    const qsizetype dot = digits.lastIndexOf(u'.'), comma = digits.lastIndexOf(u',');
-    QChar decimal;
-    if (dot >= 0 && comma >= 0) {
-        decimal = dot > comma ? u'.' : u',';
-    } else if (dot >= 0 || comma >= 0) {
-        const QChar sep = dot >= 0 ? u'.' : u',';
-        const qsizetype at = std::max(dot, comma);
-        if (digits.count(sep) == 1)
-            decimal = digits.size() - at - 1 != 3 || locale.decimalPoint() == QString(sep) ? sep : QChar();
-    }
+    // A lone separator before exactly three digits is the locale's call ("1.234" is 1234 in Germany and
+    // 1.234 in England).
+    const QString point = locale.decimalPoint();
+    const QChar decimal = Money::decimalMark(digits, point.size() == 1 ? point.front() : QChar());
     if (!decimal.isNull() && digits.count(decimal) > 1)
         return std::nullopt;
     QString plain;
