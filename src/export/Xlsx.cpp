@@ -4,7 +4,6 @@
 #include "model/JsonText.h"
 #include "model/Money.h"
 
-#include <QLibrary>
 #include <QLocale>
 #include <utility>
 
@@ -108,16 +107,11 @@ using ZipInMemory = bool (*)(const ZipEntries *entries, QByteArray *archive, QSt
 /// live in the module "tabrix_zip", loaded on the first workbook, so that no other run loads them.
 Expected<QByteArray> zipInMemory(const ZipEntries &entries)
 {
-    static const auto [zip, unloaded] = [] {
-        QLibrary library;
-        const QString failed = Engines::loadModule(library, QStringLiteral("tabrix_zip"));
-        const auto resolved =
-            reinterpret_cast<ZipInMemory>(failed.isEmpty() ? library.resolve("tabrix_zip") : nullptr);
-        return std::pair{resolved, failed.isEmpty() ? library.fileName() : failed};
-    }();
-    if (!zip)
-        return TabrixError{
-            QStringLiteral("zip failed (0) the archive module could not be loaded (%1)").arg(unloaded)};
+    static const Engines::Entries module =
+        Engines::resolveModule(QStringLiteral("tabrix_zip"), {"tabrix_zip"});
+    if (!module.error.isEmpty())
+        return TabrixError{QStringLiteral("zip failed (0) the archive module ") + module.error};
+    const auto zip = reinterpret_cast<ZipInMemory>(module.symbols[0]);
     QByteArray archive;
     QString error;
     if (!zip(&entries, &archive, &error))

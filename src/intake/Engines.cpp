@@ -7,7 +7,7 @@
 
 namespace Engines {
 
-QString loadModule(QLibrary &library, const QString &name)
+Entries resolveModule(const QString &name, std::initializer_list<const char *> symbols)
 {
     QStringList folders;
     if (QCoreApplication::instance()) {
@@ -16,27 +16,37 @@ QString loadModule(QLibrary &library, const QString &name)
         folders.append(QCoreApplication::applicationDirPath() + QStringLiteral("/" TABRIX_ENGINES_FROM_BIN));
     }
     folders.append(QStringLiteral(TABRIX_ENGINES_DIR));
+    QLibrary library; // never unloaded: the module's code is used until the process ends
+    bool loaded = false;
     for (const QString &folder : std::as_const(folders)) {
         library.setFileName(folder + u'/' + name);
-        if (library.load())
-            return {};
+        if ((loaded = library.load()))
+            break;
     }
-    return library.errorString();
+    if (!loaded)
+        return {{}, QStringLiteral("could not be loaded (%1)").arg(library.errorString())};
+    Entries entries;
+    for (const char *symbol : symbols) {
+        const QFunctionPointer entry = library.resolve(symbol);
+        if (!entry)
+            return {{}, QStringLiteral("is incomplete (%1)").arg(library.fileName())};
+        entries.symbols.append(entry);
+    }
+    return entries;
 }
 
 const Module &module()
 {
     static const Module loaded = [] {
         Module m;
-        QLibrary library;
-        if (const QString failed = loadModule(library, QStringLiteral("tabrix_engines")); !failed.isEmpty()) {
-            m.error = QStringLiteral("the recognition module could not be loaded (%1)").arg(failed);
+        const Entries entries =
+            resolveModule(QStringLiteral("tabrix_engines"), {createTesseractName, openHeifName});
+        if (!entries.error.isEmpty()) {
+            m.error = QStringLiteral("the recognition module ") + entries.error;
             return m;
         }
-        m.createTesseract = reinterpret_cast<CreateTesseract>(library.resolve(createTesseractName));
-        m.openHeif = reinterpret_cast<OpenHeif>(library.resolve(openHeifName));
-        if (!m.createTesseract || !m.openHeif)
-            m.error = QStringLiteral("the recognition module is incomplete (%1)").arg(library.fileName());
+        m.createTesseract = reinterpret_cast<CreateTesseract>(entries.symbols[0]);
+        m.openHeif = reinterpret_cast<OpenHeif>(entries.symbols[1]);
         return m;
     }();
     return loaded;
@@ -46,14 +56,11 @@ const PdfModule &pdfModule()
 {
     static const PdfModule loaded = [] {
         PdfModule m;
-        QLibrary library;
-        if (const QString failed = loadModule(library, QStringLiteral("tabrix_pdf")); !failed.isEmpty()) {
-            m.error = QStringLiteral("the PDF module could not be loaded (%1)").arg(failed);
-            return m;
-        }
-        m.openPdf = reinterpret_cast<OpenPdf>(library.resolve(openPdfName));
-        if (!m.openPdf)
-            m.error = QStringLiteral("the PDF module is incomplete (%1)").arg(library.fileName());
+        const Entries entries = resolveModule(QStringLiteral("tabrix_pdf"), {openPdfName});
+        if (!entries.error.isEmpty())
+            m.error = QStringLiteral("the PDF module ") + entries.error;
+        else
+            m.openPdf = reinterpret_cast<OpenPdf>(entries.symbols[0]);
         return m;
     }();
     return loaded;

@@ -2,7 +2,7 @@
 
 // The boundary to the separately loaded modules that hold the native libraries only some documents need:
 // "tabrix_engines" with Tesseract (recognition) and libheif (HEIC/HEIF), and "tabrix_pdf" with poppler
-// (the export's "tabrix_zip" with libzip is found by loadModule too).
+// (the export's "tabrix_zip" with libzip is found by resolveModule too).
 // Linking them into every program would cost each tabrix-cli process tens of milliseconds of dynamic
 // loading before it reads a single page; loaded on first use, `--lines` never pays for them and a digital
 // PDF never pays for the recogniser. Everything here is header-only so that the modules and the programs
@@ -16,11 +16,11 @@
 
 #include <QByteArray>
 #include <QImage>
-#include <QLibrary>
 #include <QList>
 #include <QRectF>
 #include <QSizeF>
 #include <QString>
+#include <initializer_list>
 #include <memory>
 
 namespace Engines {
@@ -92,9 +92,15 @@ struct PdfModule {
     QString error; ///< why the module could not be loaded; empty when it was
 };
 
+/// The entry points of a module, in the order asked, or why they cannot be had.
+struct Entries {
+    QList<QFunctionPointer> symbols;
+    QString error; ///< "could not be loaded (reason)" or "is incomplete (file)"; empty on success
+};
+
 /// Loads the module `name` ("tabrix_engines") from the program's folder, the library folder of an
-/// installation, or the build folder, for the life of the process. Empty when it loaded, otherwise why not.
-QString loadModule(QLibrary &library, const QString &name);
+/// installation, or the build folder, for the life of the process, and resolves `symbols` in it.
+Entries resolveModule(const QString &name, std::initializer_list<const char *> symbols);
 
 /// The recognition module, loaded once per process from the program's folder (or the build folder) on
 /// first call.
